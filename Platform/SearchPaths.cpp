@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SearchPaths.h"
+
+#include <QDir>
+#include <QStandardPaths>
+
+namespace {
+
+QString environmentFolder(const char* variable, const QString& fallback)
+{
+    const QString value = qEnvironmentVariable(variable);
+    // The XDG rules ignore relative paths.
+    return value.startsWith(QLatin1Char('/')) ? value : fallback;
+}
+
+QString userFolder(NSSearchPathDirectory directory)
+{
+    const QString home = QDir::homePath();
+    switch (directory) {
+    case NSLibraryDirectory:
+        return environmentFolder("XDG_DATA_HOME", home + QStringLiteral("/.local/share"));
+    case NSApplicationDirectory:
+        return home + QStringLiteral("/Applications");
+    case NSDownloadsDirectory:
+        return QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    }
+    return {};
+}
+
+QString localFolder(NSSearchPathDirectory directory)
+{
+    switch (directory) {
+    case NSLibraryDirectory:
+        return environmentFolder("TOLVANE_LOCAL_LIBRARY", QStringLiteral("/usr/local/share"));
+    case NSApplicationDirectory:
+        return environmentFolder("TOLVANE_LOCAL_APPLICATIONS", QStringLiteral("/opt"));
+    case NSDownloadsDirectory:
+        return {};
+    }
+    return {};
+}
+
+QString abbreviateTilde(const QString& path)
+{
+    const QString home = QDir::homePath();
+    if (path == home)
+        return QStringLiteral("~");
+    if (path.startsWith(home + QLatin1Char('/')))
+        return QLatin1Char('~') + path.mid(home.size());
+    return path;
+}
+
+}
+
+QStringList NSSearchPathForDirectoriesInDomains(
+    NSSearchPathDirectory directory, unsigned domainMask, bool expandTilde)
+{
+    QStringList folders;
+    if (domainMask & NSUserDomainMask) {
+        const QString folder = QDir::cleanPath(userFolder(directory));
+        folders.append(expandTilde ? folder : abbreviateTilde(folder));
+    }
+    if (domainMask & NSLocalDomainMask) {
+        const QString folder = localFolder(directory);
+        if (!folder.isEmpty())
+            folders.append(QDir::cleanPath(folder));
+    }
+    return folders;
+}
+
+QString stringByExpandingTildeInPath(const QString& path)
+{
+    if (path == QStringLiteral("~"))
+        return QDir::homePath();
+    if (path.startsWith(QStringLiteral("~/")))
+        return QDir::homePath() + path.mid(1);
+    return path;
+}

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "QXVersionInfo.h"
+
+#include "ProcessInfo.h"
+
+#include <QStringList>
+#include <limits>
+#include <mutex>
+
+namespace {
+
+// The integer value of a text as the platform reads it: leading white space, an optional sign,
+// then decimal digits up to the first other character. Out-of-range values saturate.
+qint64 integerValue(const QString& text)
+{
+    qsizetype position = 0;
+    while (position < text.size() && text.at(position).isSpace())
+        ++position;
+    bool negative = false;
+    if (position < text.size() && (text.at(position) == u'-' || text.at(position) == u'+')) {
+        negative = text.at(position) == u'-';
+        ++position;
+    }
+    constexpr qint64 limit = std::numeric_limits<qint64>::max();
+    qint64 magnitude = 0;
+    for (; position < text.size(); ++position) {
+        const char16_t c = text.at(position).unicode();
+        if (c < u'0' || c > u'9')
+            break;
+        const int digit = c - u'0';
+        if (magnitude > (limit - digit) / 10)
+            return negative ? std::numeric_limits<qint64>::min() : limit;
+        magnitude = magnitude * 10 + digit;
+    }
+    return negative ? -magnitude : magnitude;
+}
+
+}
+
+QXVersion QXVersionMake(qint64 major, qint64 minor, qint64 patch)
+{
+    return QXVersion { major, minor, patch };
+}
+
+// There is no legacy system enquiry to prefer here: the process information is the one source.
+QXVersion QXVersionCurrentOperatingSystem()
+{
+    const NSOperatingSystemVersion version = ProcessInfo::processInfo().operatingSystemVersion();
+    return QXVersionMake(version.majorVersion, version.minorVersion, version.patchVersion);
+}
+
+QXVersion QXVersionCurrentApplication() { return QXVersion {}; }
+
+int QXVersionCompare(QXVersion a, QXVersion b)
+{
+    if (a.major != b.major)
+        return a.major < b.major ? -1 : 1;
+    if (a.minor != b.minor)
+        return a.minor < b.minor ? -1 : 1;
+    if (a.patch != b.patch)
+        return a.patch < b.patch ? -1 : 1;
+    return 0;
+}
+
+bool QXVersionIsGreaterThanVersion(QXVersion a, QXVersion b) { return QXVersionCompare(a, b) == 1; }
+
+bool QXVersionIsGreaterThanOrEqualToVersion(QXVersion a, QXVersion b)
+{
+    const int result = QXVersionCompare(a, b);
+    return result == 1 || result == 0;
+}
+
+bool QXVersionIsEqualToVersion(QXVersion a, QXVersion b) { return QXVersionCompare(a, b) == 0; }
+
+bool QXVersionIsLessThanOrEqualToVersion(QXVersion a, QXVersion b)
+{
+    const int result = QXVersionCompare(a, b);
+    return result == -1 || result == 0;
+}
+
+bool QXVersionIsLessThanVersion(QXVersion a, QXVersion b) { return QXVersionCompare(a, b) == -1; }
+
+QString NSStringFromQXVersion(QXVersion version)
+{
+    return NSStringFromQXVersionIncludingZeroPatch(false, version);
+}
+
+QString NSStringFromQXVersionIncludingZeroPatch(bool includeZeroPatch, QXVersion version)
+{
+    if (!includeZeroPatch && version.patch < 1)
+        return QStringLiteral("%1.%2").arg(version.major).arg(version.minor);
+    return QStringLiteral("%1.%2.%3").arg(version.major).arg(version.minor).arg(version.patch);
+}
+
+QXVersion QXVersionFromString(const QString& text)
+{
+    QXVersion version;
+    const QStringList components
+        = text.isNull() ? QStringList() : text.split(u'.', Qt::KeepEmptyParts);
+    if (components.size() >= 1)
+        version.major = integerValue(components.at(0));
+    if (components.size() >= 2)
+        version.minor = integerValue(components.at(1));
+    if (components.size() >= 3)
+        version.patch = integerValue(components.at(2));
+    return version;
+}
+
+const QXVersionInfo& QXVersionInfo::sharedVersionInfo()
+{
+    static std::once_flag once;
+    static const QXVersionInfo* instance = nullptr;
+    std::call_once(once, [] { instance = new QXVersionInfo(); });
+    return *instance;
+}
+
+QXVersionInfo::QXVersionInfo()
+    : _currentOperatingSystemVersion(QXVersionCurrentOperatingSystem())
+{
+}

@@ -1,0 +1,278 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "VistrelUtilities.h"
+
+#include "PropertyList.h"
+#include "SearchPaths.h"
+#include "TestEnvironment.h"
+
+#include <QDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+// ---- The preferences store ----
+
+void writePreferences(const QVariantMap& contents)
+{
+    ASSERT_TRUE(PropertyList::writeXmlAtomically(contents, VTPreferencesPath()));
+}
+
+QVariantMap defaultsWith(const QVariantMap& changes)
+{
+    QVariantMap expected = VTDefaults();
+    for (auto it = changes.begin(); it != changes.end(); ++it)
+        expected.insert(it.key(), it.value());
+    return expected;
+}
+
+TEST(PreferencesStore, PathIsTheApplicationsPreferencesFile)
+{
+    EXPECT_EQ(VTPreferencesPath(),
+        TestEnvironment::userLibrary() + "/Preferences/app.tolvane.Tolvane.plist");
+}
+
+TEST(PreferencesStore, DefaultsHoldTheSeventeenKeysWithTheirKinds)
+{
+    struct Expected {
+        QString key;
+        QVariant value;
+    };
+    const QList<Expected> table {
+        { "Warn About Double Clicks In Preview", true },
+        { "UseLoupe", true },
+        { "Show Fonts In Preview", true },
+        { "Show Image Links In Preview", true },
+        { "Show Color Swatches In Preview", true },
+        { "Update Frequency", qint64(1) },
+        { "Last Update Check", 0.0 },
+        { "Show WYSIWYG Fonts In Preview", true },
+        { "Illustrator Color Swatch Mode In Preview", qint64(1) },
+        { "Image Background Color Name", QString("White") },
+        { "Image Background Color Tag", qint64(1) },
+        { "Prefer Embedded Preview For Thumbnail File Size Threshold", 128.0f },
+        { "Prefer Embedded Preview For Preview File Size Threshold", 256.0f },
+        { "Maximum Number Of Pages Previewed", qint64(20) },
+        { "Preview Mode", qint64(0) },
+        { "InDesign Spread Mode", qint64(1) },
+        { "Illustrator Spread Mode", qint64(0) },
+    };
+    const QVariantMap defaults = VTDefaults();
+    ASSERT_EQ(defaults.size(), 17);
+    for (const Expected& entry : table) {
+        SCOPED_TRACE(entry.key.toStdString());
+        ASSERT_TRUE(defaults.contains(entry.key));
+        EXPECT_EQ(defaults.value(entry.key), entry.value);
+        EXPECT_EQ(defaults.value(entry.key).typeId(), entry.value.typeId());
+    }
+}
+
+struct MergeCase {
+    const char* name;
+    QVariantMap file;
+    QVariantMap expected;
+};
+
+void PrintTo(const MergeCase& value, std::ostream* out) { *out << value.name; }
+
+class PreferencesMerge : public testing::TestWithParam<MergeCase> { };
+
+TEST_P(PreferencesMerge, CompletesAndPrunes)
+{
+    if (!GetParam().file.isEmpty())
+        writePreferences(GetParam().file);
+    EXPECT_EQ(VTUserDefaults(), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, PreferencesMerge,
+    testing::Values(MergeCase { "noFile", {}, VTDefaults() },
+        MergeCase { "oneSettingWithoutVersion", { { "Preview Mode", qint64(2) } },
+            defaultsWith({ { "Preview Mode", qint64(2) } }) },
+        MergeCase { "version2PrunesUnknownKeysAndTheMarker",
+            { { "Preferences Version", QString("2.0") }, { "Preview Mode", qint64(2) },
+                { "Extra", QString("x") } },
+            defaultsWith({ { "Preview Mode", qint64(2) } }) },
+        MergeCase { "noVersionKeepsUnknownKeys",
+            { { "Preview Mode", qint64(2) }, { "Extra", QString("x") } },
+            defaultsWith({ { "Preview Mode", qint64(2) }, { "Extra", QString("x") } }) },
+        MergeCase { "version21IsNotPruned",
+            { { "Preferences Version", QString("2.1") }, { "Extra", true } },
+            defaultsWith({ { "Preferences Version", QString("2.1") }, { "Extra", true } }) },
+        MergeCase { "version2WithoutPointZeroIsNotPruned",
+            { { "Preferences Version", QString("2") }, { "Extra", true } },
+            defaultsWith({ { "Preferences Version", QString("2") }, { "Extra", true } }) },
+        MergeCase { "tagAndNameAreCompletedIndependently",
+            { { "Image Background Color Tag", qint64(3) } },
+            defaultsWith({ { "Image Background Color Tag", qint64(3) } }) },
+        MergeCase { "wrongKindsPassThrough",
+            { { "Preferences Version", QString("2.0") }, { "UseLoupe", QString("no") },
+                { "Maximum Number Of Pages Previewed", 2.5 } },
+            defaultsWith(
+                { { "UseLoupe", QString("no") }, { "Maximum Number Of Pages Previewed", 2.5 } }) }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(PreferencesStore, AFileThatIsNotADictionaryCountsAsNone)
+{
+    TestEnvironment::writeFile(VTPreferencesPath(),
+        "<?xml version=\"1.0\"?><plist version=\"1.0\"><array><string>Preview Mode</string>"
+        "</array></plist>");
+    EXPECT_EQ(VTUserDefaults(), VTDefaults());
+    TestEnvironment::writeFile(VTPreferencesPath(), "<plist><dict><key>Preview");
+    EXPECT_EQ(VTUserDefaults(), VTDefaults());
+}
+
+TEST(PreferencesStore, AVersionThatIsNotTextAbortsTheRead)
+{
+    writePreferences({ { "Preferences Version", 2.0 } });
+    EXPECT_THROW(VTUserDefaults(), UnrecognizedSelectorException);
+}
+
+// ---- The generator's location ----
+
+QString userPlugin()
+{
+    return TestEnvironment::userLibrary() + "/QuickLook/Vistrel Pro.qlgenerator";
+}
+QString localPlugin()
+{
+    return TestEnvironment::localLibrary() + "/QuickLook/Vistrel Pro.qlgenerator";
+}
+
+void installPlugin(const QString& path, const QString& version)
+{
+    TestEnvironment::writeFile(path + "/Contents/Info.plist",
+        "<plist version=\"1.0\"><dict><key>CFBundleShortVersionString</key><string>"
+            + version.toUtf8() + "</string></dict></plist>");
+}
+
+TEST(PluginLocation, PathsPerDomain)
+{
+    EXPECT_EQ(VTPluginPathForDomain(NSUserDomainMask), userPlugin());
+    EXPECT_EQ(VTPluginPathForDomain(NSLocalDomainMask), localPlugin());
+}
+
+TEST(PluginLocation, TheUsersCopyWins)
+{
+    installPlugin(userPlugin(), "1");
+    installPlugin(localPlugin(), "2");
+    EXPECT_TRUE(VTPluginInstalled());
+    EXPECT_EQ(VTInstalledPluginPath(), userPlugin());
+}
+
+TEST(PluginLocation, OnlyMachineWide)
+{
+    installPlugin(localPlugin(), "2");
+    EXPECT_FALSE(VTPluginInstalledForDomain(NSUserDomainMask));
+    EXPECT_TRUE(VTPluginInstalled());
+    EXPECT_EQ(VTInstalledPluginPath(), localPlugin());
+}
+
+TEST(PluginLocation, APlainFileIsNotAnInstalledPlugin)
+{
+    TestEnvironment::writeFile(userPlugin(), "not a bundle");
+    EXPECT_FALSE(VTPluginInstalledForDomain(NSUserDomainMask));
+    EXPECT_FALSE(VTPluginInstalled());
+    EXPECT_EQ(VTInstalledPluginPath(), localPlugin());
+}
+
+// The dictionaries are cached for the life of the process, so one test covers the whole story.
+TEST(PluginLocation, AFailedLookupIsRetriedAndASuccessfulOneKept)
+{
+    EXPECT_FALSE(VTPluginInstalled());
+    EXPECT_EQ(VTInstalledPluginPath(), localPlugin());
+    EXPECT_FALSE(VTPluginInfoDictionary());
+    EXPECT_FALSE(VTPluginLocalizedInfoDictionary());
+
+    installPlugin(localPlugin(), "1.0");
+    TestEnvironment::writeFile(localPlugin() + "/Contents/Resources/en.lproj/InfoPlist.strings",
+        "\"CFBundleName\" = \"Vistrel Pro\";");
+    ASSERT_TRUE(VTPluginInfoDictionary());
+    EXPECT_EQ(VTPluginInfoDictionary()->value("CFBundleShortVersionString"), QVariant("1.0"));
+    EXPECT_EQ(VTPluginLocalizedInfoDictionary()->value("CFBundleName"), QVariant("Vistrel Pro"));
+
+    // An update on disk is not noticed once a dictionary was found.
+    installPlugin(localPlugin(), "2.0");
+    EXPECT_EQ(VTPluginInfoDictionary()->value("CFBundleShortVersionString"), QVariant("1.0"));
+}
+
+struct SystemCase {
+    const char* name;
+    const char* version;
+    bool compatible;
+};
+
+void PrintTo(const SystemCase& value, std::ostream* out) { *out << value.name; }
+
+class SystemCompatibility : public testing::TestWithParam<SystemCase> { };
+
+// The version is read once per process, so each case runs in a fresh child process of its own.
+TEST_P(SystemCompatibility, FollowsTheSupportedRange)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            qputenv("TOLVANE_SYSTEM_VERSION", GetParam().version);
+            std::exit(VTOperatingSystemIsCompatibleCompatible() ? 0 : 1);
+        },
+        testing::ExitedWithCode(GetParam().compatible ? 0 : 1), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Versions, SystemCompatibility,
+    testing::Values(SystemCase { "below", "3.9.9", false }, SystemCase { "lowest", "3.10.0", true },
+        SystemCase { "current", "6.1.0", true }, SystemCase { "farFuture", "99.0.0", true },
+        SystemCase { "kernelRelease", "6.1.0-18-amd64", true }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+// ---- Document types ----
+
+struct TypeCase {
+    const char* uti;
+    int kind; // 0 Illustrator, 1 InDesign, 2 INX, 3 EPS, 4 FreeHand, 5 ASE, -1 none
+};
+
+TEST(DocumentTypes, EachIdentifierBelongsToExactlyItsKind)
+{
+    const QList<TypeCase> table {
+        { "com.adobe.illustrator.ai-image", 0 },
+        { "com.adobe.illustrator.ait-template", 0 },
+        { "dyn.ah62d4rv4ge80c4py", 0 },
+        { "com.adobe.indesign-document", 1 },
+        { "com.adobe.indesign.indd-document", 1 },
+        { "dyn.ah62d4rv4gk8yw5wequ", 1 },
+        { "dyn.ah62d4rv4ge80w5xequ", 1 },
+        { "dyn.ah62d4rv4ge8xa", 1 },
+        { "com.adobe.indesign-template", 1 },
+        { "com.adobe.indesign.indt-template", 1 },
+        { "dyn.ah62d4rv4ge80w5xesu", 1 },
+        { "com.adobe.indesign-interchange", 2 },
+        { "com.adobe.indesign.inx-interchange", 2 },
+        { "com.adobe.encapsulated-postscript", 3 },
+        { "com.macromedia.freehand.fh11-image", 4 },
+        { "com.adobe.ase-file", 5 },
+        { "dyn.ah62d4rv4ge80c65f", 5 },
+        { "COM.ADOBE.ASE-FILE", -1 },
+        { "com.adobe.ase-file ", -1 },
+        { "com.adobe.pdf", -1 },
+        { "public.data", -1 },
+        { "com.adobe.postscript", -1 },
+        { "", -1 },
+    };
+    for (const TypeCase& entry : table) {
+        SCOPED_TRACE(entry.uti);
+        const QString uti = QString::fromLatin1(entry.uti);
+        const bool answers[] = { VTutiIsIllustrator(uti), VTutiIsInDesign(uti),
+            VTutiIsInDesignINX(uti), VTutiIsEPS(uti), VTutiIsFreehand(uti), VTutiIsASE(uti) };
+        for (int kind = 0; kind < 6; ++kind)
+            EXPECT_EQ(answers[kind], kind == entry.kind) << "kind " << kind;
+        EXPECT_TRUE(VTShouldProcessUTI(uti));
+    }
+}
+
+TEST(DocumentTypes, ANullIdentifierMatchesNoKindButIsProcessed)
+{
+    const QString none;
+    EXPECT_FALSE(VTutiIsIllustrator(none) || VTutiIsInDesign(none) || VTutiIsInDesignINX(none)
+        || VTutiIsEPS(none) || VTutiIsFreehand(none) || VTutiIsASE(none));
+    EXPECT_TRUE(VTShouldProcessUTI(none));
+}
+
+}

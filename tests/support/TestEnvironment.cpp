@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "TestEnvironment.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace TestEnvironment {
+
+namespace {
+QTemporaryDir* temporaryHome = nullptr;
+
+void makeAndExport(const char* variable, const QString& path)
+{
+    QDir().mkpath(path);
+    qputenv(variable, QFile::encodeName(path));
+}
+}
+
+void setUp()
+{
+    tearDown();
+    temporaryHome = new QTemporaryDir(QDir::tempPath() + "/tolvane-test-XXXXXX");
+    const QString root = temporaryHome->path();
+    makeAndExport("HOME", root + "/home");
+    makeAndExport("XDG_DATA_HOME", root + "/home/.local/share");
+    makeAndExport("XDG_CONFIG_HOME", root + "/home/.config");
+    makeAndExport("XDG_CACHE_HOME", root + "/home/.cache");
+    makeAndExport("XDG_RUNTIME_DIR", root + "/runtime");
+    QFile::setPermissions(root + "/runtime", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    makeAndExport("TOLVANE_LOCAL_LIBRARY", root + "/usr-local-share");
+    makeAndExport("TOLVANE_LOCAL_APPLICATIONS", root + "/opt");
+    qunsetenv("TOLVANE_SYSTEM_VERSION");
+}
+
+void tearDown()
+{
+    delete temporaryHome;
+    temporaryHome = nullptr;
+}
+
+QString home() { return qEnvironmentVariable("HOME"); }
+QString userLibrary() { return qEnvironmentVariable("XDG_DATA_HOME"); }
+QString localLibrary() { return qEnvironmentVariable("TOLVANE_LOCAL_LIBRARY"); }
+
+void writeFile(const QString& path, const QByteArray& contents)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate)) << path.toStdString();
+    ASSERT_EQ(file.write(contents), contents.size());
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return file.readAll();
+}
+
+QString dataPath(const QString& name) { return QStringLiteral(TOLVANE_TEST_DATA "/") + name; }
+
+}

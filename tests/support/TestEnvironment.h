@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+#include <ostream>
+
+// The temporary home that every test runs in. main() makes a fresh one before each test: HOME, XDG_DATA_HOME, XDG_CONFIG_HOME, XDG_CACHE_HOME, XDG_RUNTIME_DIR and the
+// local domain's folders (TOLVANE_LOCAL_LIBRARY, TOLVANE_LOCAL_APPLICATIONS) all point into it.
+namespace TestEnvironment {
+
+void setUp();
+void tearDown();
+
+QString home();
+// ~/.local/share, the user domain's Library folder.
+QString userLibrary();
+// The stand-in for /usr/local/share, the local domain's Library folder.
+QString localLibrary();
+
+// Writes a file, creating its folders; fails the test on error.
+void writeFile(const QString& path, const QByteArray& contents);
+QByteArray readFile(const QString& path);
+// A file of the shared test data (tests/data).
+QString dataPath(const QString& name);
+
+}
+
+// Readable values in test failure messages.
+inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+inline void PrintTo(const QVariant& value, std::ostream* out)
+{
+    *out << value.typeName() << "(" << value.toString().toStdString() << ")";
+}
