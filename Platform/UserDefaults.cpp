@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <memory>
 
 namespace {
@@ -81,8 +82,15 @@ QString standardDomain()
 
 UserDefaults& UserDefaults::standardUserDefaults()
 {
-    static const std::unique_ptr<UserDefaults> defaults
-        = std::make_unique<UserDefaults>(standardDomain());
+    static const std::unique_ptr<UserDefaults> defaults = [] {
+        auto standard = std::make_unique<UserDefaults>(standardDomain());
+        // What the desktop's global settings would give every application.
+        QVariantList languages;
+        for (const QString& language : QLocale::system().uiLanguages())
+            languages.append(language);
+        standard->registerDefaults({ { QStringLiteral("AppleLanguages"), languages } });
+        return standard;
+    }();
     return *defaults;
 }
 

@@ -19,7 +19,8 @@
 class UserDefaults : public QObject {
     Q_OBJECT
 public:
-    // The defaults of the main bundle's identifier (the executable's name outside a bundle).
+    // The defaults of the main bundle's identifier (the executable's name outside a bundle), with
+    // the user's preferred languages registered as "AppleLanguages".
     static UserDefaults& standardUserDefaults();
 
     explicit UserDefaults(const QString& domain, QObject* parent = nullptr);

@@ -2,6 +2,7 @@
 #include "VistrelUtilities.h"
 
 #include "Bundle.h"
+#include "NSException.h"
 #include "PropertyList.h"
 #include "QXVersionInfo.h"
 #include "SearchPaths.h"
@@ -102,8 +103,8 @@ QVariantMap VTUserDefaults()
     const auto version = result.constFind(preferencesVersionKey);
     if (version != result.constEnd()) {
         if (version->typeId() != QMetaType::QString)
-            throw UnrecognizedSelectorException(
-                "\"Preferences Version\" holds a value that is not text");
+            throw NSException(NSInvalidArgumentException,
+                QStringLiteral("\"Preferences Version\" holds a value that is not text"));
         // A current file holds only the known settings; the version marker goes with the rest.
         if (version->toString() == preferencesVersion) {
             const QStringList keys = result.keys();

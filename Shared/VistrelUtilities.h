@@ -4,7 +4,6 @@
 #include <QString>
 #include <QVariantMap>
 #include <optional>
-#include <stdexcept>
 
 // Utilities shared by Tolvane and its preview generator: the preferences store of the previews,
 // the generator's location, and the document type tests.
@@ -43,13 +42,6 @@ inline const QString imageBackgroundColorNameWhite = QStringLiteral("White");
 inline const QString imageBackgroundColorNameGray = QStringLiteral("Gray");
 inline const QString imageBackgroundColorNameBlack = QStringLiteral("Black");
 
-// Raised when a stored value is of a kind that an operation cannot ask what it asks of it (a
-// "Preferences Version" that is not text). It aborts the one operation that met it.
-class UnrecognizedSelectorException : public std::logic_error {
-public:
-    using std::logic_error::logic_error;
-};
-
 // <user Library>/Preferences/app.tolvane.Tolvane.plist
 QString VTPreferencesPath();
 // The seventeen settings with their defaults, each of its own kind (bool, qint64, double, float,
@@ -58,7 +50,7 @@ QVariantMap VTDefaults();
 // The file's contents completed with the defaults. A file of format "2.0" ("Preferences Version")
 // is first pruned to the default keys, the version marker included; any other file keeps every
 // key it has. A missing or damaged file counts as empty. Reads the file on every call.
-// Throws UnrecognizedSelectorException when "Preferences Version" is not text.
+// Throws NSException (NSInvalidArgumentException) when "Preferences Version" is not text.
 QVariantMap VTUserDefaults();
 
 // ---- Where the preview generator is installed ----

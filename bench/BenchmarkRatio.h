@@ -10,7 +10,8 @@
 namespace BenchmarkRatio {
 
 // The best time of one call over a few rounds, in nanoseconds.
-inline double bestNanoseconds(const std::function<void()>& operation, int callsPerRound, int rounds = 5)
+inline double bestNanoseconds(
+    const std::function<void()>& operation, int callsPerRound, int rounds = 5)
 {
     double best = 0;
     for (int round = 0; round < rounds; ++round) {

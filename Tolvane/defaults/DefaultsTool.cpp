@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DefaultsTool.h"
 
+#include "NSException.h"
 #include "PropertyList.h"
 #include "UserDefaults.h"
 #include "VistrelUtilities.h"
@@ -130,8 +131,8 @@ namespace {
         {
             try {
                 printDictionary(VTUserDefaults(), m_out);
-            } catch (const UnrecognizedSelectorException& error) {
-                return fail(FileError, QString::fromUtf8(error.what()));
+            } catch (const NSException& error) {
+                return fail(FileError, error.reason());
             }
             return Success;
         }

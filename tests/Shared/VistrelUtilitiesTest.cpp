@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "VistrelUtilities.h"
 
+#include "NSException.h"
 #include "PropertyList.h"
 #include "SearchPaths.h"
 #include "TestEnvironment.h"
@@ -123,7 +124,7 @@ TEST(PreferencesStore, AFileThatIsNotADictionaryCountsAsNone)
 TEST(PreferencesStore, AVersionThatIsNotTextAbortsTheRead)
 {
     writePreferences({ { "Preferences Version", 2.0 } });
-    EXPECT_THROW(VTUserDefaults(), UnrecognizedSelectorException);
+    EXPECT_THROW(VTUserDefaults(), NSException);
 }
 
 // ---- The generator's location ----

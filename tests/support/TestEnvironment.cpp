@@ -10,13 +10,13 @@
 namespace TestEnvironment {
 
 namespace {
-QTemporaryDir* temporaryHome = nullptr;
+    QTemporaryDir* temporaryHome = nullptr;
 
-void makeAndExport(const char* variable, const QString& path)
-{
-    QDir().mkpath(path);
-    qputenv(variable, QFile::encodeName(path));
-}
+    void makeAndExport(const char* variable, const QString& path)
+    {
+        QDir().mkpath(path);
+        qputenv(variable, QFile::encodeName(path));
+    }
 }
 
 void setUp()
@@ -29,7 +29,8 @@ void setUp()
     makeAndExport("XDG_CONFIG_HOME", root + "/home/.config");
     makeAndExport("XDG_CACHE_HOME", root + "/home/.cache");
     makeAndExport("XDG_RUNTIME_DIR", root + "/runtime");
-    QFile::setPermissions(root + "/runtime", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QFile::setPermissions(
+        root + "/runtime", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     makeAndExport("TOLVANE_LOCAL_LIBRARY", root + "/usr-local-share");
     makeAndExport("TOLVANE_LOCAL_APPLICATIONS", root + "/opt");
     qunsetenv("TOLVANE_SYSTEM_VERSION");

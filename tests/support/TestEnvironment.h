@@ -6,8 +6,9 @@
 #include <QVariant>
 #include <ostream>
 
-// The temporary home that every test runs in. main() makes a fresh one before each test: HOME, XDG_DATA_HOME, XDG_CONFIG_HOME, XDG_CACHE_HOME, XDG_RUNTIME_DIR and the
-// local domain's folders (TOLVANE_LOCAL_LIBRARY, TOLVANE_LOCAL_APPLICATIONS) all point into it.
+// The temporary home that every test runs in. main() makes a fresh one before each test: HOME,
+// XDG_DATA_HOME, XDG_CONFIG_HOME, XDG_CACHE_HOME, XDG_RUNTIME_DIR and the local domain's folders
+// (TOLVANE_LOCAL_LIBRARY, TOLVANE_LOCAL_APPLICATIONS) all point into it.
 namespace TestEnvironment {
 
 void setUp();
@@ -28,7 +29,10 @@ QString dataPath(const QString& name);
 }
 
 // Readable values in test failure messages.
-inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
+inline void PrintTo(const QString& text, std::ostream* out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
 inline void PrintTo(const QVariant& value, std::ostream* out)
 {
     *out << value.typeName() << "(" << value.toString().toStdString() << ")";

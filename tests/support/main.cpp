@@ -1,8 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "TestEnvironment.h"
 
-#include <QCoreApplication>
+#include <QByteArray>
 #include <gtest/gtest.h>
+#ifdef TOLVANE_TEST_WIDGETS
+#include <QApplication>
+using TestApplication = QApplication;
+#else
+#include <QCoreApplication>
+using TestApplication = QCoreApplication;
+#endif
 
 namespace {
 
@@ -16,9 +23,21 @@ class FreshHomeForEachTest : public testing::EmptyTestEventListener {
 
 int main(int argc, char** argv)
 {
-    TestEnvironment::setUp();
-    QCoreApplication application(argc, argv);
+#ifdef TOLVANE_TEST_WIDGETS
+    // Test discovery runs the program without the tests' environment.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+#endif
+    // A death test's child process shares its parent's home, so that the parent can look at what
+    // the child left there.
+    bool deathTestChild = false;
+    for (int i = 1; i < argc; ++i)
+        deathTestChild |= QByteArray(argv[i]).startsWith("--gtest_internal_run_death_test");
+    if (!deathTestChild)
+        TestEnvironment::setUp();
+    TestApplication application(argc, argv);
     testing::InitGoogleTest(&argc, argv);
-    testing::UnitTest::GetInstance()->listeners().Append(new FreshHomeForEachTest);
+    if (!deathTestChild)
+        testing::UnitTest::GetInstance()->listeners().Append(new FreshHomeForEachTest);
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+class PreviewWebContentFactory;
+
+// The web engine module, loaded once, at the first page a preview shows.
+namespace PreviewWebModule {
+
+// The module's file name, looked for next to the running executable unless a path is set.
+inline constexpr const char* fileName = "tolvane_webview.so";
+
+QString path();
+// Where to load the module from; takes effect if it is not loaded yet.
+void setPath(const QString& path);
+
+// Loads the module on first use. Nothing when it cannot be loaded; *error then says why.
+PreviewWebContentFactory* factory(QString* error);
+bool isLoaded();
+
+}

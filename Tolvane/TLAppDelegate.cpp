@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "TLAppDelegate.h"
+
+#include "AppleEventManager.h"
+#include "Bundle.h"
+#include "Localization.h"
+#include "NSAlert.h"
+#include "QXAboutWindowController.h"
+#include "QXUtilities.h"
+#include "QXVersionInfo.h"
+#include "SUUpdater.h"
+#include "SupportedSystemRange.h"
+#include "TLPrefrencesWindowController.h"
+#include "UserDefaults.h"
+#include "VistrelUtilities.h"
+#include "Workspace.h"
+
+#include <cstdlib>
+
+namespace {
+
+const QString enableAutomaticChecksKey = QStringLiteral("SUEnableAutomaticChecks");
+const QString preferencesApplicationVersionKey = QStringLiteral("Preferences Application Version");
+
+QXVersion cachedSystemVersion()
+{
+    return QXVersionInfo::sharedVersionInfo().currentOperatingSystemVersion();
+}
+
+}
+
+TLAppDelegate::TLAppDelegate(QObject* parent)
+    : QObject(parent)
+{
+}
+
+TLAppDelegate::~TLAppDelegate()
+{
+    NSAppleEventManager::sharedAppleEventManager().removeEventHandler(
+        kInternetEventClass, kAEGetURL);
+    if (SUUpdater::sharedUpdater()->delegate() == this)
+        SUUpdater::sharedUpdater()->setDelegate(nullptr);
+}
+
+void TLAppDelegate::applicationWillFinishLaunching()
+{
+    NSAppleEventManager::sharedAppleEventManager().setEventHandler(
+        [this](const NSAppleEventDescriptor& event, const NSAppleEventDescriptor& reply) {
+            handleURLEvent(event, reply);
+        },
+        kInternetEventClass, kAEGetURL);
+
+    UserDefaults::standardUserDefaults().registerDefaults(VTUserDefaults());
+
+    // The upper bound is read again only when the lower one holds.
+    const SupportedSystemRange range = supportedSystemRange();
+    const bool supported
+        = QXVersionIsGreaterThanOrEqualToVersion(cachedSystemVersion(), range.lowest)
+        && (!range.firstUnsupported
+            || QXVersionIsLessThanVersion(cachedSystemVersion(), *range.firstUnsupported));
+    if (!supported)
+        runIncompatibilityAlertAndExit();
+}
+
+void TLAppDelegate::runIncompatibilityAlertAndExit()
+{
+    const QString message
+        = NSLocalizedString(
+            QStringLiteral("This version of Tolvane, version %1, is incompatible with "
+                           "Mac OS X %2"))
+              .arg(QXApplicationVersion(), NSStringFromQXVersion(cachedSystemVersion()));
+    auto alert = NSAlert::alertWithMessageText(message,
+        NSLocalizedString(QStringLiteral("Check for Update")),
+        NSLocalizedString(QStringLiteral("Cancel")), QString(),
+        NSLocalizedString(
+            QStringLiteral("Visit our website to check for a newer version of the application.")));
+    // "Check for Update" leads to the product's web page, not to the updater.
+    if (alert->runModal() == NSAlertDefaultReturn)
+        visitWebsite();
+    std::exit(0);
+}
+
+void TLAppDelegate::applicationDidFinishLaunching()
+{
+    UserDefaults& defaults = UserDefaults::standardUserDefaults();
+    if (!defaults.objectForKey(enableAutomaticChecksKey).isValid())
+        defaults.setBool(true, enableAutomaticChecksKey);
+
+    // Reads as "the given 10.9.0 is at least the running system": the launch-time check runs
+    // only on systems up to that version.
+    if (QXOperatingSystemIsGreaterThanOrEqualToVersion(10, 9, 0)
+        && defaults.boolForKey(enableAutomaticChecksKey))
+        SUUpdater::sharedUpdater()->checkForUpdatesInBackground();
+
+    defaults.setObject(Bundle::mainBundle().objectForInfoDictionaryKey(
+                           QStringLiteral("CFBundleShortVersionString")),
+        preferencesApplicationVersionKey);
+}
+
+void TLAppDelegate::showPreferences()
+{
+    if (!_prefController)
+        _prefController = std::make_unique<TLPrefrencesWindowController>();
+    _prefController->showWindow();
+}
+
+void TLAppDelegate::showAboutWindow()
+{
+    // A new controller for every showing; its window runs modally until it is closed.
+    QXAboutWindowController controller;
+    controller.showWindow();
+}
+
+void TLAppDelegate::checkForUpdate()
+{
+    SUUpdater* updater = SUUpdater::sharedUpdater();
+    updater->setDelegate(this);
+    updater->checkForUpdates();
+}
+
+void TLAppDelegate::visitWebsite() { visitURLFromInfoDictionary(QStringLiteral("QXAppURL")); }
+
+void TLAppDelegate::visitFeedbackAndSupport()
+{
+    visitURLFromInfoDictionary(QStringLiteral("QXSupportURL"));
+}
+
+void TLAppDelegate::visitURLFromInfoDictionary(const QString& key)
+{
+    NSWorkspace::sharedWorkspace().openURL(
+        QUrl(Bundle::mainBundle().objectForInfoDictionaryKey(key).toString()));
+}

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "SUUpdaterDelegate.h"
+
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <QUrl>
+#include <memory>
+
+class NSAppleEventDescriptor;
+class TLPrefrencesWindowController;
+
+// The application's delegate: the launch sequence, the actions of the application menu, the URL
+// commands of the previews and the updater's feed parameters. Everything runs on the main thread.
+class TLAppDelegate : public QObject, public SUUpdaterDelegate {
+    Q_OBJECT
+public:
+    explicit TLAppDelegate(QObject* parent = nullptr);
+    ~TLAppDelegate() override;
+
+    // Registers the URL handler and the preview settings' defaults, then tests the system: on an
+    // unsupported one it shows the incompatibility alert and ends the process with status 0.
+    void applicationWillFinishLaunching();
+    // Turns automatic checks on when never set, starts the background check where the launch
+    // rule allows it, and records the application's version.
+    void applicationDidFinishLaunching();
+
+    // Menu actions.
+    void showPreferences();
+    void showAboutWindow();
+    void checkForUpdate();
+    void visitWebsite();
+    void visitFeedbackAndSupport();
+
+    // URL commands: tolvane://reveal/image?path=..., tolvane://reveal/font?path=...&path1=...,
+    // tolvane://settings[/about|/settings|/quicklook].
+    void handleURLEvent(
+        const NSAppleEventDescriptor& event, const NSAppleEventDescriptor& replyEvent);
+    // The query's parameters: split at "&" and "=", percent escapes decoded as UTF-8 ("+" stays),
+    // the last occurrence of a name wins, a=b=c gives a = b. Throws NSException (NSRangeException)
+    // for a component without "=" or an escape that is not UTF-8.
+    static QMap<QString, QString> _queryParametersFromURL(const QUrl& url);
+    void revealURLsInBrowser(const QList<QUrl>& urls);
+
+    QList<QVariantMap> feedParametersForUpdater(
+        SUUpdater* updater, bool sendingSystemProfile) override;
+
+    // The one preferences window controller; none before the first showPreferences().
+    TLPrefrencesWindowController* preferencesWindowController() const
+    {
+        return _prefController.get();
+    }
+
+signals:
+    // The application should come to the front (a "settings" command).
+    void activateRequested();
+
+private:
+    void visitURLFromInfoDictionary(const QString& key);
+    void runIncompatibilityAlertAndExit();
+
+    std::unique_ptr<TLPrefrencesWindowController> _prefController;
+};

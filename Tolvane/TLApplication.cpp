@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "TLApplication.h"
+
+#include "AppleEventManager.h"
+#include "ApplicationInstance.h"
+#include "Bundle.h"
+#include "Localization.h"
+#include "SUStandardUserDriver.h"
+#include "SUUpdater.h"
+#include "TLAppDelegate.h"
+#include "TLDocument.h"
+#include "TLDocumentController.h"
+#include "TLMainMenu.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QMainWindow>
+#include <QTimer>
+#include <QUrl>
+
+TLApplication::TLApplication(QApplication& application)
+    : m_application(application)
+    , m_instance(std::make_unique<ApplicationInstance>(Bundle::mainBundle().bundleIdentifier()))
+    , m_delegate(std::make_unique<TLAppDelegate>())
+    , m_documents(std::make_unique<TLDocumentController>())
+    , m_menu(std::make_unique<TLMainMenu>(*m_delegate, *m_documents))
+    , m_updaterWindows(std::make_unique<SUStandardUserDriver>())
+{
+    SUUpdater::sharedUpdater()->setUserDriver(m_updaterWindows.get());
+    connect(m_documents.get(), &TLDocumentController::documentOpened, this,
+        [this](TLDocument* document) { m_menu->installMenuBar(document->window()); });
+    connect(
+        m_documents.get(), &TLDocumentController::urlCommandRequested, this, [](const QUrl& url) {
+            NSAppleEventManager::sharedAppleEventManager().dispatchGetURL(
+                url.toString(QUrl::FullyEncoded));
+        });
+    connect(
+        m_delegate.get(), &TLAppDelegate::activateRequested, this, &TLApplication::bringForward);
+    connect(m_instance.get(), &ApplicationInstance::activateRequested, this, [this] {
+        bringForward();
+        if (m_documents->documents().isEmpty())
+            m_documents->openDocument(nullptr);
+    });
+    connect(
+        m_instance.get(), &ApplicationInstance::openRequested, this, &TLApplication::openArguments);
+}
+
+TLApplication::~TLApplication() { SUUpdater::sharedUpdater()->setUserDriver(nullptr); }
+
+int TLApplication::run()
+{
+    const QStringList arguments = m_application.arguments().mid(1);
+    if (m_instance->claim(arguments) == ApplicationInstance::Role::Forwarded)
+        return 0;
+
+    m_delegate->applicationWillFinishLaunching();
+    openArguments(arguments);
+    m_delegate->applicationDidFinishLaunching();
+
+    if (arguments.isEmpty())
+        m_documents->openDocument(nullptr);
+    quitWhenNothingIsShown();
+    return m_application.exec();
+}
+
+void TLApplication::openArguments(const QStringList& arguments)
+{
+    for (const QString& uri :
+        ApplicationInstance::urisFromArguments(arguments, QDir::currentPath())) {
+        const QUrl url(uri);
+        if (url.isLocalFile())
+            m_documents->openDocumentOrAlert(url);
+        else
+            NSAppleEventManager::sharedAppleEventManager().dispatchGetURL(uri);
+    }
+}
+
+void TLApplication::bringForward()
+{
+    QWidget* window = m_application.activeWindow();
+    if (!window && !m_documents->documents().isEmpty())
+        window = m_documents->documents().constLast()->window();
+    if (window) {
+        window->show();
+        window->raise();
+        window->activateWindow();
+    }
+}
+
+// A launch that only revealed files shows no window: it ends once the reveal has been sent.
+void TLApplication::quitWhenNothingIsShown()
+{
+    QTimer::singleShot(1000, this, [this] {
+        for (QWidget* window : m_application.topLevelWidgets()) {
+            if (window->isVisible())
+                return;
+        }
+        m_application.quit();
+    });
+}
+
+int NSApplicationMain(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    const QVariantMap info = Bundle::mainBundle().infoDictionary();
+    QApplication::setApplicationName(info.value(QStringLiteral("CFBundleName")).toString());
+    QApplication::setApplicationVersion(
+        info.value(QStringLiteral("CFBundleShortVersionString")).toString());
+    QApplication::setDesktopFileName(Bundle::mainBundle().bundleIdentifier());
+    Localization::installTranslations(Bundle::mainBundle());
+    TLApplication tolvane(application);
+    return tolvane.run();
+}

@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Takes screenshots of Tolvane's windows under Xvfb, for a person to look at: the document window,
+# the preferences window at each pane, and the about window. Pictures go to build/screenshots/.
+# Usage: scripts/screenshots.sh [DOCUMENT]   (after a build)
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+build=${TOLVANE_BUILD_DIR:-$root/build}
+document=${1:-$root/tests/data/formats/samples/illustrator24.eps}
+
+if [ -z "${SCREENSHOTS_INSIDE:-}" ]; then
+    export SCREENSHOTS_INSIDE=1
+    exec xvfb-run --auto-servernum --server-args="-screen 0 1280x1024x24" \
+        dbus-run-session -- "$0" "$@"
+fi
+
+out="$build/screenshots"
+app="$build/Tolvane.app/Contents/Linux/Tolvane"
+shot="$build/tests/tools/tolvane-screenshot"
+mkdir -p "$out"
+home=$(mktemp -d)
+export HOME="$home" XDG_DATA_HOME="$home/.local/share" XDG_CONFIG_HOME="$home/.config"
+export QT_QPA_PLATFORM=xcb
+trap 'kill $pid 2>/dev/null || true; rm -rf "$home"' EXIT
+
+window_of() {
+    for _ in $(seq 1 100); do
+        id=$(xwininfo -root -tree | awk -v name="\"$1\"" 'index($0, name) { print $1; exit }')
+        if [ -n "$id" ]; then echo "$id"; return 0; fi
+        sleep 0.2
+    done
+    echo "no window \"$1\"" >&2
+    return 1
+}
+
+"$app" "$document" &
+pid=$!
+doc=$(window_of "$(basename "$document")")
+sleep 3
+"$shot" "$out/document-window.png"
+
+for pane in about settings quicklook; do
+    "$app" "tolvane://settings/$pane"
+    sleep 1.5
+    "$shot" "$out/preferences-$pane.png"
+done
+
+# The about window runs modally: open it from the Help menu of the document window.
+xdotool windowactivate --sync "$doc" 2>/dev/null || true
+xdotool key --window "$doc" alt+h
+sleep 0.5
+xdotool key Up Return
+sleep 1.5
+"$shot" "$out/about-window.png"
+echo "screenshots in $out"

@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# show-headless.sh BUILD FILE: under an X server without a screen, opens FILE in Tolvane, waits
+# for its window, takes a screenshot of it and ends Tolvane. Run by run-main.sh inside xvfb-run.
+set -euo pipefail
+build=$1
+file=$2
+name=$(basename "$file")
+out="$build/screenshots"
+mkdir -p "$out"
+
+"$build/Tolvane.app/Contents/Linux/Tolvane" "$file" &
+pid=$!
+trap 'kill $pid 2>/dev/null || true' EXIT
+
+for _ in $(seq 1 150); do
+    window=$(xwininfo -root -tree | awk -v name="\"$name\"" 'index($0, name) { print $1; exit }')
+    [ -n "$window" ] && break
+    sleep 0.2
+done
+if [ -z "${window:-}" ]; then
+    echo "Tolvane did not show a window for $name" >&2
+    exit 1
+fi
+sleep 2 # let the preview finish drawing
+"$build/tests/tools/tolvane-screenshot" "$out/main-window.png" "$window"
+echo "Tolvane shows \"$name\" in window $window; screenshot: $out/main-window.png"

@@ -1,0 +1,327 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Sample files: tests/data/formats/ase (MIT; see tests/data/README.md).
+#include "SwatchExchange.h"
+
+#include "AseFileBuilder.h"
+#include "FormatsTestData.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace Formats;
+
+namespace {
+
+QString modelText(AseColorModel model)
+{
+    switch (model) {
+    case AseColorModel::Cmyk:
+        return QStringLiteral("CMYK");
+    case AseColorModel::Rgb:
+        return QStringLiteral("RGB");
+    case AseColorModel::Lab:
+        return QStringLiteral("LAB");
+    case AseColorModel::Gray:
+        return QStringLiteral("Gray");
+    case AseColorModel::Unknown:
+        break;
+    }
+    return QStringLiteral("unknown");
+}
+
+QString typeText(AseSwatchType type)
+{
+    switch (type) {
+    case AseSwatchType::Global:
+        return QStringLiteral("Global");
+    case AseSwatchType::Spot:
+        return QStringLiteral("Spot");
+    case AseSwatchType::Normal:
+        return QStringLiteral("Process");
+    }
+    return QStringLiteral("type %1").arg(int(type));
+}
+
+// The shape of the expected-parse JSON files beside the samples.
+QJsonObject toJson(const AseSwatch& swatch)
+{
+    QJsonArray values;
+    for (float value : swatch.values)
+        values.append(double(value));
+    return QJsonObject { { "name", swatch.name }, { "type", typeText(swatch.type) },
+        { "data", QJsonObject { { "mode", modelText(swatch.model) }, { "values", values } } } };
+}
+
+QJsonArray toJson(const std::vector<AseSwatch>& swatches, const std::vector<AseGroup>& groups)
+{
+    QJsonArray items;
+    for (const AseSwatch& swatch : swatches)
+        items.append(toJson(swatch));
+    for (const AseGroup& group : groups) {
+        QJsonArray inner = toJson(group.swatches, group.groups);
+        items.append(QJsonObject {
+            { "name", group.name }, { "type", "Color Group" }, { "swatches", inner } });
+    }
+    return items;
+}
+
+AseDocument parsed(const QByteArray& bytes)
+{
+    const auto result = parseSwatchExchange(bytes);
+    EXPECT_TRUE(result.ok()) << result.reason().toStdString();
+    return result.ok() ? result.value() : AseDocument();
+}
+
+std::vector<float> valuesOf(const AseSwatch& swatch) { return swatch.values; }
+
+}
+
+class AseExpectedParse : public testing::TestWithParam<const char*> { };
+
+TEST_P(AseExpectedParse, matchesTheJsonBesideTheSample)
+{
+    const QString name = QString::fromLatin1(GetParam());
+    const AseDocument document = parsed(formatSample(QStringLiteral("ase/%1.ase").arg(name)));
+    const QJsonArray expected
+        = QJsonDocument::fromJson(formatSample(QStringLiteral("ase/%1.json").arg(name))).array();
+    EXPECT_FALSE(expected.isEmpty());
+    EXPECT_EQ(toJson(document.swatches, document.groups), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, AseExpectedParse,
+    testing::Values("sampler", "solarized", "empty-white-folder", "single-white-swatch-in-folder",
+        "white-swatch-no-folder"));
+
+struct AseSampleCase {
+    const char* file;
+    const char* swatchName;
+    AseColorModel model;
+    std::vector<float> values;
+    AseSwatchType type;
+};
+
+class AseOneFeatureSample : public testing::TestWithParam<AseSampleCase> { };
+
+TEST_P(AseOneFeatureSample, readsItsOnlySwatch)
+{
+    const AseSampleCase& sample = GetParam();
+    const AseDocument document
+        = parsed(formatSample(QStringLiteral("ase/%1").arg(QLatin1String(sample.file))));
+    ASSERT_EQ(document.swatches.size(), 1u);
+    EXPECT_TRUE(document.groups.empty());
+    const AseSwatch& swatch = document.swatches.front();
+    EXPECT_EQ(swatch.name, QString::fromUtf8(sample.swatchName));
+    EXPECT_EQ(swatch.model, sample.model);
+    EXPECT_EQ(swatch.values, sample.values);
+    EXPECT_EQ(swatch.type, sample.type);
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, AseOneFeatureSample,
+    testing::Values(AseSampleCase { "cmyk-color.ase", "Cyan", AseColorModel::Cmyk, { 1, 0, 0, 0 },
+                        AseSwatchType::Normal },
+        AseSampleCase { "global-color.ase", "Test", AseColorModel::Cmyk,
+            { 0.5179369449615479f, 0, 0.1253986358642578f, 0 }, AseSwatchType::Global },
+        AseSampleCase {
+            "gray-color.ase", "Gray", AseColorModel::Gray, { 0.5f }, AseSwatchType::Normal },
+        AseSampleCase {
+            "lab-color.ase", "Test", AseColorModel::Lab, { 1, -128, -128 }, AseSwatchType::Spot },
+        AseSampleCase {
+            "spot-color.ase", "Test", AseColorModel::Rgb, { 0, 1, 1 }, AseSwatchType::Spot },
+        AseSampleCase {
+            "one-color.ase", "Red", AseColorModel::Rgb, { 1, 0, 0 }, AseSwatchType::Normal },
+        AseSampleCase { "names.ase", "some name with spaces", AseColorModel::Rgb,
+            { 0.40392157435417175f, 0.26274511218070984f, 0.7098039388656616f },
+            AseSwatchType::Normal }));
+
+TEST(SwatchExchange, readsLooseSwatchesAndGroupsOfTheSamples)
+{
+    const AseDocument three = parsed(formatSample(QStringLiteral("ase/three-colors.ase")));
+    ASSERT_EQ(three.swatches.size(), 3u);
+    EXPECT_EQ(three.swatches[1].name, QStringLiteral("Green"));
+    EXPECT_EQ(valuesOf(three.swatches[2]), (std::vector<float> { 0, 0, 1 }));
+
+    const AseDocument group = parsed(formatSample(QStringLiteral("ase/one-group.ase")));
+    ASSERT_EQ(group.groups.size(), 1u);
+    EXPECT_EQ(group.groups[0].name, QStringLiteral("A Group"));
+    ASSERT_EQ(group.groups[0].swatches.size(), 1u);
+    EXPECT_EQ(group.groups[0].swatches[0].name, QStringLiteral("Red"));
+
+    const AseDocument mixed = parsed(formatSample(QStringLiteral("ase/hex-test.ase")));
+    ASSERT_EQ(mixed.swatches.size(), 7u);
+    EXPECT_EQ(mixed.swatches[4].model, AseColorModel::Cmyk);
+    EXPECT_EQ(mixed.swatches[5].model, AseColorModel::Lab);
+    EXPECT_EQ(mixed.swatches[6].model, AseColorModel::Gray);
+}
+
+TEST(SwatchExchange, readsEveryModelWithEveryType)
+{
+    struct Model {
+        QByteArray code;
+        AseColorModel model;
+        std::initializer_list<float> values;
+    };
+    const Model models[] = { { "CMYK", AseColorModel::Cmyk, { 0.1f, 0.2f, 0.3f, 0.4f } },
+        { "RGB ", AseColorModel::Rgb, { 0.5f, 0.25f, 1 } },
+        { "LAB ", AseColorModel::Lab, { 0.5f, -20, 35.5f } },
+        { "Gray", AseColorModel::Gray, { 0.75f } } };
+    for (const Model& model : models) {
+        for (std::uint16_t type : { 0, 1, 2 }) {
+            SCOPED_TRACE(model.code.toStdString() + " type " + std::to_string(type));
+            const AseDocument document
+                = parsed(AseFileBuilder()
+                             .color(QStringLiteral("Ünïcode ✓"), model.code, model.values, type)
+                             .bytes());
+            ASSERT_EQ(document.swatches.size(), 1u);
+            const AseSwatch& swatch = document.swatches[0];
+            EXPECT_EQ(swatch.name, QStringLiteral("Ünïcode ✓"));
+            EXPECT_EQ(swatch.model, model.model);
+            EXPECT_EQ(swatch.modelCode, model.code);
+            EXPECT_EQ(swatch.values, std::vector<float>(model.values));
+            EXPECT_EQ(swatch.type, AseSwatchType(type));
+        }
+    }
+}
+
+TEST(SwatchExchange, keepsTheNumbersOfAnUnknownModelAndAnUnknownType)
+{
+    const AseDocument document
+        = parsed(AseFileBuilder().color("Hex", "HSB ", { 0.1f, 0.2f, 0.3f }, 7).bytes());
+    ASSERT_EQ(document.swatches.size(), 1u);
+    EXPECT_EQ(document.swatches[0].model, AseColorModel::Unknown);
+    EXPECT_EQ(document.swatches[0].modelCode, QByteArray("HSB "));
+    EXPECT_EQ(document.swatches[0].values, (std::vector<float> { 0.1f, 0.2f, 0.3f }));
+    EXPECT_EQ(int(document.swatches[0].type), 7);
+}
+
+TEST(SwatchExchange, buildsTheGroupTree)
+{
+    const AseDocument document = parsed(AseFileBuilder()
+                                            .color("Loose", "Gray", { 0 }, 2)
+                                            .groupStart("Outer")
+                                            .color("A", "Gray", { 0.1f }, 2)
+                                            .groupStart("Inner")
+                                            .color("B", "Gray", { 0.2f }, 1)
+                                            .groupEnd()
+                                            .groupStart("Empty")
+                                            .groupEnd()
+                                            .color("C", "Gray", { 0.3f }, 0)
+                                            .groupEnd()
+                                            .groupStartWithoutName()
+                                            .groupEnd()
+                                            .bytes());
+    ASSERT_EQ(document.swatches.size(), 1u);
+    ASSERT_EQ(document.groups.size(), 2u);
+    const AseGroup& outer = document.groups[0];
+    EXPECT_EQ(outer.name, QStringLiteral("Outer"));
+    ASSERT_EQ(outer.swatches.size(), 2u);
+    EXPECT_EQ(outer.swatches[1].name, QStringLiteral("C"));
+    ASSERT_EQ(outer.groups.size(), 2u);
+    EXPECT_EQ(outer.groups[0].name, QStringLiteral("Inner"));
+    ASSERT_EQ(outer.groups[0].swatches.size(), 1u);
+    EXPECT_EQ(outer.groups[0].swatches[0].name, QStringLiteral("B"));
+    EXPECT_EQ(outer.groups[1].name, QStringLiteral("Empty"));
+    EXPECT_TRUE(outer.groups[1].swatches.empty());
+    EXPECT_TRUE(document.groups[1].name.isEmpty());
+}
+
+TEST(SwatchExchange, toleratesUnbalancedGroupsAndUnknownBlocks)
+{
+    const AseDocument document = parsed(AseFileBuilder()
+                                            .groupEnd()
+                                            .block(0x0042, "opaque")
+                                            .groupStart("Open")
+                                            .color("Kept", "RGB ", { 1, 1, 1 }, 2)
+                                            .bytes());
+    EXPECT_TRUE(document.swatches.empty());
+    ASSERT_EQ(document.groups.size(), 1u);
+    ASSERT_EQ(document.groups[0].swatches.size(), 1u);
+    EXPECT_EQ(document.groups[0].swatches[0].name, QStringLiteral("Kept"));
+}
+
+struct AseFailureCase {
+    const char* name;
+    QByteArray bytes;
+    FormatError error;
+};
+
+class AseFailure : public testing::TestWithParam<AseFailureCase> { };
+
+TEST_P(AseFailure, isReportedWithAReason)
+{
+    const auto result = parseSwatchExchange(GetParam().bytes);
+    ASSERT_FALSE(result.ok());
+    EXPECT_EQ(result.error(), GetParam().error);
+    EXPECT_FALSE(result.reason().isEmpty());
+    EXPECT_FALSE(result.reason().contains(u'\n'));
+}
+
+static QByteArray deeplyNested(int depth)
+{
+    AseFileBuilder builder;
+    for (int i = 0; i < depth; ++i)
+        builder.groupStart(QString::number(i));
+    return builder.bytes();
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, AseFailure,
+    testing::Values(AseFailureCase { "otherSignature", QByteArray("ASEG\0\1\0\0\0\0\0\0", 12),
+                        FormatError::NotThisKind },
+        AseFailureCase { "textFile", "hello, world", FormatError::NotThisKind },
+        AseFailureCase {
+            "versionTwo", AseFileBuilder().version(2, 0).bytes(), FormatError::UnsupportedVariant },
+        AseFailureCase { "moreBlocksDeclaredThanWritten",
+            AseFileBuilder().color("A", "Gray", { 0 }, 2).declaredBlockCount(2).bytes(),
+            FormatError::DamagedFile },
+        AseFailureCase { "hugeBlockCount", AseFileBuilder().declaredBlockCount(0xFFFFFFFF).bytes(),
+            FormatError::DamagedFile },
+        AseFailureCase { "blockLongerThanFile",
+            AseFileBuilder().block(0x0001, QByteArray(3, 'x')).bytes() + QByteArray(2, '\0'),
+            FormatError::DamagedFile },
+        AseFailureCase { "nameLongerThanBlock",
+            AseFileBuilder().block(0x0001, QByteArray("\x00\x40\x00\x41", 4)).bytes(),
+            FormatError::DamagedFile },
+        AseFailureCase { "valuesMissing",
+            AseFileBuilder()
+                .block(0x0001, AseFileBuilder::name("X") + "CMYK" + QByteArray(8, '\0'))
+                .bytes(),
+            FormatError::DamagedFile },
+        AseFailureCase { "nestedTooDeeply", deeplyNested(65), FormatError::UnsupportedVariant }),
+    [](const testing::TestParamInfo<AseFailureCase>& info) {
+        return std::string(info.param.name);
+    });
+
+TEST(SwatchExchange, readsGroupsNestedAsDeeplyAsAllowed)
+{
+    const AseDocument document = parsed(deeplyNested(64));
+    const AseGroup* group = &document.groups.at(0);
+    int depth = 1;
+    for (; !group->groups.empty(); ++depth)
+        group = &group->groups[0];
+    EXPECT_EQ(depth, 64);
+}
+
+// A file cut short anywhere, even inside its signature, is damaged, never read as less.
+TEST(SwatchExchange, everyTruncationIsADamagedFile)
+{
+    QList<QByteArray> files;
+    for (const char* name :
+        { "sampler.ase", "solarized.ase", "hex-test.ase", "one-group.ase", "names.ase" })
+        files.append(formatSample(QStringLiteral("ase/") + QLatin1String(name)));
+    files.append(AseFileBuilder()
+                     .groupStart("G")
+                     .color("A", "CMYK", { 1, 0, 0, 0 }, 0)
+                     .groupStart("H")
+                     .color("B", "LAB ", { 1, 2, 3 }, 1)
+                     .groupEnd()
+                     .groupEnd()
+                     .bytes());
+    for (const QByteArray& file : files) {
+        ASSERT_TRUE(parseSwatchExchange(file).ok());
+        for (qsizetype length = 0; length < file.size(); ++length) {
+            const auto result = parseSwatchExchange(QByteArrayView(file).first(length));
+            ASSERT_FALSE(result.ok()) << "length " << length;
+            EXPECT_EQ(result.error(), FormatError::DamagedFile) << "length " << length;
+        }
+    }
+}

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "Workspace.h"
+
+#include "SessionBusHelpers.h"
+#include "TestEnvironment.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusContext>
+#include <QDBusMessage>
+#include <QObject>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString fileManagerName = QStringLiteral("org.freedesktop.FileManager1");
+
+// A file manager on a connection of its own, so that the workspace's calls really cross the bus.
+class FakeFileManager : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+public:
+    explicit FakeFileManager(bool failing = false)
+        : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName))
+        , m_failing(failing)
+    {
+        m_bus.registerObject(
+            QStringLiteral("/org/freedesktop/FileManager1"), this, QDBusConnection::ExportAllSlots);
+        m_registered = m_bus.registerService(fileManagerName);
+    }
+    ~FakeFileManager() override
+    {
+        m_bus.unregisterService(fileManagerName);
+        QDBusConnection::disconnectFromBus(connectionName);
+    }
+
+    bool registered() const { return m_registered; }
+    QList<QStringList> calls;
+    QStringList startupIds;
+
+public slots:
+    void ShowItems(const QStringList& uris, const QString& startupId)
+    {
+        calls.append(uris);
+        startupIds.append(startupId);
+        if (m_failing)
+            sendErrorReply(QDBusError::AccessDenied, QStringLiteral("not allowed here"));
+    }
+
+private:
+    static inline const QString connectionName = QStringLiteral("fake-file-manager");
+    QDBusConnection m_bus;
+    bool m_failing;
+    bool m_registered = false;
+};
+
+QUrl file(const QString& path) { return QUrl::fromLocalFile(path); }
+
+// The bus of the test may start a file manager installed on the machine.
+bool fileManagerActivatable()
+{
+    const auto names = QDBusConnection::sessionBus().interface()->activatableServiceNames();
+    return names.isValid() && names.value().contains(fileManagerName);
+}
+
+struct OpenCase {
+    const char* name;
+    QUrl url;
+    QString argument;
+};
+
+void PrintTo(const OpenCase& openCase, std::ostream* out) { *out << openCase.name; }
+
+class OpenURL : public testing::TestWithParam<OpenCase> { };
+
+TEST_P(OpenURL, HandsTheURLToTheOpener)
+{
+    FakeOpener opener;
+    ASSERT_TRUE(NSWorkspace::sharedWorkspace().openURL(GetParam().url));
+    ASSERT_TRUE(waitUntil([&] { return !opener.recordedArguments().isEmpty(); }));
+    EXPECT_EQ(opener.recordedArguments(), QStringList { GetParam().argument });
+}
+
+INSTANTIATE_TEST_SUITE_P(Workspace, OpenURL,
+    testing::Values(OpenCase { "WebPage", QUrl(QStringLiteral("https://tolvane.example/support/")),
+                        QStringLiteral("https://tolvane.example/support/") },
+        OpenCase { "QueryWithNonASCII", QUrl(QStringLiteral("https://tolvane.example/?q=Grüße")),
+            QStringLiteral("https://tolvane.example/?q=Gr%C3%BC%C3%9Fe") },
+        OpenCase { "FileWithBlank", file(QStringLiteral("/Users/x/a b.png")),
+            QStringLiteral("/Users/x/a b.png") },
+        OpenCase { "Folder", file(QStringLiteral("/Users/x")), QStringLiteral("/Users/x") }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(Workspace, OpenURLFailsWithoutAnOpener)
+{
+    FakeOpener opener;
+    opener.remove();
+    EXPECT_FALSE(
+        NSWorkspace::sharedWorkspace().openURL(QUrl(QStringLiteral("https://a.example/"))));
+}
+
+TEST(Workspace, OpenURLRefusesAnEmptyURL)
+{
+    FakeOpener opener;
+    EXPECT_FALSE(NSWorkspace::sharedWorkspace().openURL(QUrl()));
+    EXPECT_FALSE(NSWorkspace::sharedWorkspace().openURL(QUrl(QStringLiteral("http://[x"))));
+}
+
+TEST(Workspace, ShowItemsGetsTheFilesInOrderAsEncodedURIs)
+{
+    FakeOpener opener;
+    FakeFileManager fileManager;
+    ASSERT_TRUE(fileManager.registered());
+
+    NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({ file("/Users/x/a b.png"),
+        file("/fonts/Grüße.otf"), file("/fonts/#1+2%.ttf"), file("/Users/x/a b.png") });
+
+    ASSERT_TRUE(waitUntil([&] { return !fileManager.calls.isEmpty(); }));
+    const QStringList expected { "file:///Users/x/a%20b.png", "file:///fonts/Gr%C3%BC%C3%9Fe.otf",
+        "file:///fonts/%231+2%25.ttf", "file:///Users/x/a%20b.png" };
+    EXPECT_EQ(fileManager.calls, QList<QStringList> { expected });
+    EXPECT_EQ(fileManager.startupIds, QStringList { QString() });
+    EXPECT_TRUE(opener.recordedArguments().isEmpty());
+}
+
+TEST(Workspace, AnEmptyListShowsNothing)
+{
+    FakeFileManager fileManager;
+    ASSERT_TRUE(fileManager.registered());
+
+    NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({});
+    // Calls from one connection arrive in order: had the empty list made a call, it would come
+    // before this one.
+    NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({ file("/a") });
+
+    ASSERT_TRUE(waitUntil([&] { return !fileManager.calls.isEmpty(); }));
+    EXPECT_EQ(fileManager.calls, QList<QStringList> { QStringList { "file:///a" } });
+}
+
+TEST(Workspace, WithoutAFileManagerOpensTheFolderOfTheFirstFile)
+{
+    if (fileManagerActivatable())
+        GTEST_SKIP() << "a file manager can be started on this bus";
+    FakeOpener opener;
+
+    NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs(
+        { file("/Users/x y/a b.png"), file("/elsewhere/c.png") });
+
+    ASSERT_TRUE(waitUntil([&] { return !opener.recordedArguments().isEmpty(); }));
+    EXPECT_EQ(opener.recordedArguments(), QStringList { "/Users/x y" });
+}
+
+TEST(Workspace, AFileManagerThatFailsIsNotReplacedByTheFolder)
+{
+    FakeOpener opener;
+    FakeFileManager fileManager(/*failing=*/true);
+    ASSERT_TRUE(fileManager.registered());
+
+    NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({ file("/Users/x/a.png") });
+
+    ASSERT_TRUE(waitUntil([&] { return !fileManager.calls.isEmpty(); }));
+    EXPECT_FALSE(waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 300));
+}
+
+}
+
+#include "WorkspaceTest.moc"

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SUAppcast.h"
+
+#include "TestEnvironment.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QByteArray feedWithItems(const QByteArray& items,
+    const QByteArray& namespaces
+    = R"(xmlns:sparkle="http://www.andymatuschak.org/xml-namespaces/sparkle")")
+{
+    return R"(<?xml version="1.0" encoding="utf-8"?><rss version="2.0" )" + namespaces
+        + "><channel><title>Feed</title>" + items + "</channel></rss>";
+}
+
+TEST(AppcastParsing, ReadsEveryFieldOfTheItems)
+{
+    QString error;
+    const auto appcast = SUAppcast::fromData(
+        TestEnvironment::readFile(TestEnvironment::dataPath("updater/appcast.xml")), &error);
+    ASSERT_TRUE(appcast) << error.toStdString();
+    ASSERT_EQ(appcast->items().size(), 4);
+
+    const SUAppcastItem& old = appcast->items()[0];
+    EXPECT_EQ(old.versionString, "1.4"); // from the enclosure
+    EXPECT_EQ(old.displayVersionString, "1.4");
+    EXPECT_FALSE(old.infoURL.isValid());
+    EXPECT_EQ(old.downloadPageURL(), QUrl("http://127.0.0.1/tolvane/Tolvane-1.4.tar.xz"));
+
+    const SUAppcastItem& item = appcast->items()[1];
+    EXPECT_EQ(item.title, "Version 2.0");
+    EXPECT_EQ(item.versionString, "2.0");
+    EXPECT_EQ(item.displayVersion(), "2.0 (Spring)");
+    EXPECT_EQ(item.minimumSystemVersion, "3.10.0");
+    EXPECT_EQ(item.itemDescription,
+        "<h2>What is new</h2><ul><li>Swatch panels show <b>spot colours</b>.</li></ul>");
+    EXPECT_EQ(item.dateString, "Mon, 02 Jun 2025 09:30:00 +0000");
+    EXPECT_EQ(item.downloadPageURL(), QUrl("http://127.0.0.1/tolvane/download/"));
+    EXPECT_EQ(item.fileURL, QUrl("http://127.0.0.1/tolvane/Tolvane-2.0.tar.xz"));
+    EXPECT_EQ(item.contentLength, 2097152);
+    EXPECT_EQ(item.mimeType, "application/x-xz");
+    EXPECT_EQ(item.edSignature, "c2lnbmF0dXJlLW9mLTIuMA==");
+
+    EXPECT_EQ(appcast->items()[2].releaseNotesURL, QUrl("http://127.0.0.1/tolvane/notes/1.9.html"));
+    EXPECT_EQ(appcast->items()[2].displayVersion(), "1.9");
+}
+
+TEST(AppcastParsing, ResolvesTheNamespaceByItsAddressNotItsPrefix)
+{
+    const QByteArray items = "<item><su:version>3.0</su:version><other:version>9.0</other:version>"
+                             "<enclosure url=\"http://127.0.0.1/a\" other:version=\"8.0\"/></item>"
+                             "<item><other:version>7.0</other:version></item>";
+    const auto appcast = SUAppcast::fromData(feedWithItems(items,
+        R"(xmlns:su="http://www.andymatuschak.org/xml-namespaces/sparkle" )"
+        R"(xmlns:other="http://example.invalid/not-sparkle")"));
+    ASSERT_TRUE(appcast);
+    ASSERT_EQ(appcast->items().size(), 1); // the second item has no version of ours
+    EXPECT_EQ(appcast->items()[0].versionString, "3.0");
+}
+
+struct BadFeed {
+    const char* name;
+    QByteArray data;
+    const char* expectedWords;
+};
+
+class AppcastErrors : public testing::TestWithParam<BadFeed> { };
+
+TEST_P(AppcastErrors, SaysWhatIsWrong)
+{
+    QString error;
+    EXPECT_FALSE(SUAppcast::fromData(GetParam().data, &error));
+    EXPECT_TRUE(error.contains(QString::fromUtf8(GetParam().expectedWords))) << error.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, AppcastErrors,
+    testing::Values(BadFeed { "Empty", "", "not well-formed" },
+        BadFeed { "Truncated",
+            feedWithItems("<item><sparkle:version>2</sparkle:version></item>").left(150),
+            "not well-formed" },
+        BadFeed { "UnclosedTag",
+            TestEnvironment::readFile(TestEnvironment::dataPath("updater/malformed.xml")),
+            "line 9" },
+        BadFeed { "HtmlPage", "<html><body>Service unavailable</body></html>", "not an RSS feed" },
+        BadFeed { "PlainText", "no feed here", "not well-formed" },
+        BadFeed { "NoItems", feedWithItems(""), "no updates" },
+        BadFeed { "NoItemHasAVersion", feedWithItems("<item><title>2.0</title></item>"),
+            "gives its version" },
+        BadFeed { "GarbageAfterTheFeed",
+            feedWithItems("<item><sparkle:version>2</sparkle:version></item>") + "<rss/>",
+            "not well-formed" }),
+    [](const testing::TestParamInfo<BadFeed>& info) { return std::string(info.param.name); });
+
+TEST(AppcastBestItem, IsTheNewestThatTheSystemMeets)
+{
+    const auto appcast = SUAppcast::fromData(
+        TestEnvironment::readFile(TestEnvironment::dataPath("updater/appcast.xml")));
+    ASSERT_TRUE(appcast);
+    // 2.1 needs system 99.0; 2.0 needs 3.10.0; 1.9 and 1.4 need nothing.
+    EXPECT_EQ(appcast->bestItem("99.0")->versionString, "2.1");
+    EXPECT_EQ(appcast->bestItem("6.1.0")->versionString, "2.0");
+    EXPECT_EQ(appcast->bestItem("3.10")->versionString, "2.0");
+    EXPECT_EQ(appcast->bestItem("3.9.9")->versionString, "1.9");
+}
+
+TEST(AppcastBestItem, KeepsTheFirstOfEqualVersionsAndSkipsUnmetSystems)
+{
+    const auto appcast = SUAppcast::fromData(
+        feedWithItems("<item><title>first</title><sparkle:version>2.0</sparkle:version></item>"
+                      "<item><title>second</title><sparkle:version>2.0.0</sparkle:version></item>"
+                      "<item><title>pre</title><sparkle:version>2.0rc1</sparkle:version></item>"));
+    ASSERT_TRUE(appcast);
+    EXPECT_EQ(appcast->bestItem("1.0")->title, "first");
+
+    const auto demanding = SUAppcast::fromData(
+        feedWithItems("<item><sparkle:version>2.0</sparkle:version>"
+                      "<sparkle:minimumSystemVersion>12</sparkle:minimumSystemVersion></item>"));
+    ASSERT_TRUE(demanding);
+    EXPECT_FALSE(demanding->bestItem("11.9"));
+}
+
+}

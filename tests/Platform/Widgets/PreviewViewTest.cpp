@@ -1,0 +1,360 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "PreviewView.h"
+
+#include "FakeGenerator.h"
+#include "PreviewCard.h"
+#include "PreviewPictureView.h"
+#include "PreviewWebContent.h"
+#include "PreviewWebModule.h"
+#include "TestEnvironment.h"
+#include "UniformTypeIdentifiers.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLayout>
+#include <QSignalSpy>
+#include <QTest>
+#include <gtest/gtest.h>
+#include <signal.h>
+
+namespace {
+
+// Lets the event loop run until the condition holds or the time is up.
+bool eventually(const std::function<bool()>& condition, int milliseconds = 5000)
+{
+    QDeadlineTimer deadline(milliseconds);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QTest::qWait(20);
+    }
+    return true;
+}
+
+// The file tests preview: "ase" is declared nowhere, so it gets its dynamic identifier.
+const QString swatchType = QStringLiteral("dyn.ah62d4rv4ge80c65f");
+
+class FileItem : public QLPreviewItem {
+public:
+    explicit FileItem(QString path)
+        : m_url(QUrl::fromLocalFile(path))
+    {
+    }
+    QUrl previewItemURL() const override { return m_url; }
+
+private:
+    QUrl m_url;
+};
+
+bool webEngineMapped()
+{
+    QFile maps(QStringLiteral("/proc/self/maps"));
+    return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("WebEngineCore");
+}
+
+QString labelText(const QWidget& widget, const char* name)
+{
+    const auto* label = widget.findChild<QLabel*>(QString::fromLatin1(name));
+    return label ? label->text() : QStringLiteral("(no label %1)").arg(QString::fromLatin1(name));
+}
+
+class PreviewViewTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        m_file = TestEnvironment::home() + QStringLiteral("/Documents/Colours.ase");
+        TestEnvironment::writeFile(m_file, QByteArray(1500, 'x'));
+        m_view.resize(400, 300);
+        m_view.show();
+    }
+
+    void installGenerator(const QByteArray& script)
+    {
+        FakeGenerator::install(
+            TestEnvironment::userLibrary(), QStringLiteral("Fake"), { swatchType }, script);
+    }
+
+    // Shows the file and waits until the view is done with it.
+    void preview(std::chrono::milliseconds wait = std::chrono::seconds(20))
+    {
+        QSignalSpy done(&m_view, &PreviewView::previewFinished);
+        m_view.setPreviewItem(std::make_shared<FileItem>(m_file));
+        if (m_view.state() == PreviewView::State::Working) {
+            ASSERT_TRUE(done.wait(int(wait.count()))) << "the preview never finished";
+        }
+        // The view fills itself with its content, without margins.
+        ASSERT_EQ(m_view.layout()->count(), 1);
+        QWidget* content = m_view.layout()->itemAt(0)->widget();
+        ASSERT_NE(content, nullptr);
+        m_view.layout()->activate();
+        EXPECT_EQ(content->geometry(), m_view.rect());
+    }
+
+    QString m_file;
+    PreviewView m_view;
+};
+
+struct FailureCase {
+    const char* name;
+    const char* script;
+    const char* reason;
+};
+
+void PrintTo(const FailureCase& c, std::ostream* out) { *out << c.name; }
+
+class GeneratorFailure : public PreviewViewTest,
+                         public testing::WithParamInterface<FailureCase> { };
+
+TEST_P(GeneratorFailure, ShowsTheCardWithTheReason)
+{
+    const bool engineWasLoaded = webEngineMapped();
+    installGenerator(GetParam().script);
+    m_view.setTimeLimit(std::chrono::milliseconds(500));
+    preview();
+    EXPECT_EQ(m_view.state(), PreviewView::State::Card);
+    EXPECT_EQ(m_view.reason(), QString::fromUtf8(GetParam().reason));
+    EXPECT_EQ(labelText(m_view, "reason"), m_view.reason());
+    EXPECT_EQ(labelText(m_view, "name"), QStringLiteral("Colours.ase"));
+    EXPECT_TRUE(labelText(m_view, "size").startsWith(QStringLiteral("1.5")))
+        << labelText(m_view, "size").toStdString();
+    EXPECT_TRUE(m_view.isVisible());
+    if (!engineWasLoaded) {
+        EXPECT_FALSE(webEngineMapped()) << "a card must not load the web engine";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, GeneratorFailure,
+    testing::Values(FailureCase { "Crash", "kill -SEGV $$",
+                        "The preview generator crashed (Segmentation fault)." },
+        FailureCase { "Hang", "sleep 1000",
+            "The preview generator took longer than 0.5 seconds and was stopped." },
+        FailureCase { "DamagedFile", "echo 'damaged file' >&2; exit 4",
+            "The preview generator stopped: damaged file" },
+        FailureCase {
+            "SilentError", "exit 5", "The preview generator stopped: unsupported variant" },
+        FailureCase { "LastLineOfManyCounts",
+            "echo warming up >&2; printf 'not a file of this kind\\n\\n' >&2; exit 3",
+            "The preview generator stopped: not a file of this kind" },
+        FailureCase { "Garbage",
+            "head -c 5000 /dev/urandom > \"$6/junk.bin\"; head -c 100000 /dev/urandom",
+            "The preview generator wrote no preview." },
+        FailureCase { "BinaryPage", "head -c 5000 /dev/zero > \"$6/index.html\"",
+            "The preview generator wrote an unreadable page." },
+        FailureCase { "FakePicture", "echo 'not a picture' > \"$6/page.png\"",
+            "The preview generator wrote an unreadable picture." },
+        FailureCase { "UnknownStatus", "exit 9", "The preview generator stopped: exit status 9" }),
+    [](const testing::TestParamInfo<FailureCase>& info) { return std::string(info.param.name); });
+
+TEST_F(PreviewViewTest, WithoutAGeneratorForTheTypeShowsTheCard)
+{
+    FakeGenerator::install(TestEnvironment::userLibrary(), QStringLiteral("Other"),
+        { QStringLiteral("com.adobe.pdf") }, "exit 0");
+    preview();
+    EXPECT_EQ(m_view.state(), PreviewView::State::Card);
+    EXPECT_EQ(m_view.reason(),
+        QStringLiteral("No preview generator for this kind of file is installed."));
+    EXPECT_TRUE(m_view.outputFolder().isEmpty());
+}
+
+TEST_F(PreviewViewTest, AMissingFileShowsTheCard)
+{
+    installGenerator("exit 0");
+    QFile::remove(m_file);
+    preview();
+    EXPECT_EQ(m_view.state(), PreviewView::State::Card);
+    EXPECT_EQ(m_view.reason(), QStringLiteral("The file cannot be found."));
+}
+
+TEST_F(PreviewViewTest, TheCardNamesTheDeclaredKind)
+{
+    // A generator may declare the types it draws, with their names.
+    const QVariantMap declaration {
+        { QStringLiteral("UTTypeIdentifier"), QStringLiteral("com.adobe.ase-file") },
+        { QStringLiteral("UTTypeDescription"), QStringLiteral("Adobe Swatch Exchange file") },
+        { QStringLiteral("UTTypeTagSpecification"),
+            QVariantMap { { QStringLiteral("public.filename-extension"), QStringLiteral("ase") } } }
+    };
+    FakeGenerator::install(TestEnvironment::userLibrary(), QStringLiteral("Declaring"),
+        { QStringLiteral("com.adobe.ase-file") }, "exit 4",
+        { { QStringLiteral("UTImportedTypeDeclarations"), QVariantList { declaration } } });
+    preview();
+    EXPECT_EQ(m_view.state(), PreviewView::State::Card);
+    EXPECT_EQ(labelText(m_view, "kind"), QStringLiteral("Adobe Swatch Exchange file"));
+}
+
+TEST_F(PreviewViewTest, RunsTheGeneratorWithItsCommandLine)
+{
+    installGenerator("printf '%s\\n' \"$@\" > \"$HOME/arguments\"; exit 3");
+    preview();
+    const QStringList arguments = QString::fromUtf8(
+        TestEnvironment::readFile(TestEnvironment::home() + QStringLiteral("/arguments")))
+                                      .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    EXPECT_EQ(arguments,
+        (QStringList { QStringLiteral("preview"), m_file, QStringLiteral("--uti"), swatchType,
+            QStringLiteral("--out"), m_view.outputFolder() }));
+}
+
+TEST_F(PreviewViewTest, TheGeneratorRunsUnderTheMemoryLimit)
+{
+    EXPECT_EQ(m_view.memoryLimit(), qint64(2) << 30);
+    installGenerator("ulimit -v > \"$HOME/limit\"; exit 3");
+    m_view.setMemoryLimit(qint64(64) << 20);
+    preview();
+    EXPECT_EQ(
+        TestEnvironment::readFile(TestEnvironment::home() + QStringLiteral("/limit")).trimmed(),
+        "65536");
+}
+
+TEST_F(PreviewViewTest, AHungGeneratorIsKilledWithWhatItStarted)
+{
+    installGenerator("sleep 1000 & echo $! > \"$HOME/child\"; wait");
+    m_view.setTimeLimit(std::chrono::milliseconds(500));
+    preview();
+    EXPECT_EQ(m_view.state(), PreviewView::State::Card);
+    const pid_t child
+        = TestEnvironment::readFile(TestEnvironment::home() + QStringLiteral("/child"))
+              .trimmed()
+              .toInt();
+    ASSERT_GT(child, 0);
+    // Gone, or a zombie waiting for whoever inherited it.
+    EXPECT_TRUE(eventually([child] {
+        return kill(child, 0) != 0
+            || TestEnvironment::readFile(QStringLiteral("/proc/%1/stat").arg(child))
+                   .contains(") Z ");
+    }));
+}
+
+TEST_F(PreviewViewTest, ALonePictureIsShown)
+{
+    const bool engineWasLoaded = webEngineMapped();
+    const QString picture = TestEnvironment::home() + QStringLiteral("/picture.png");
+    FakeGenerator::writePicture(picture);
+    installGenerator("cp \"$HOME/picture.png\" \"$6/page.png\"");
+    preview();
+    ASSERT_EQ(m_view.state(), PreviewView::State::Picture) << m_view.reason().toStdString();
+    const auto* shown = m_view.findChild<PreviewPictureView*>();
+    ASSERT_NE(shown, nullptr);
+    EXPECT_EQ(shown->image().size(), QSize(40, 30));
+    if (!engineWasLoaded) {
+        EXPECT_FALSE(webEngineMapped()) << "a picture must not load the web engine";
+    }
+}
+
+TEST_F(PreviewViewTest, TheOutputFolderGoesWithTheItem)
+{
+    FakeGenerator::writePicture(TestEnvironment::home() + QStringLiteral("/picture.png"));
+    installGenerator("cp \"$HOME/picture.png\" \"$6/page.png\"");
+    preview();
+    const QString first = m_view.outputFolder();
+    ASSERT_TRUE(QFileInfo::exists(first + QStringLiteral("/page.png")));
+    preview();
+    EXPECT_NE(m_view.outputFolder(), first);
+    EXPECT_FALSE(QFileInfo::exists(first));
+
+    const QString second = m_view.outputFolder();
+    m_view.setPreviewItem(nullptr);
+    EXPECT_EQ(m_view.state(), PreviewView::State::Nothing);
+    EXPECT_FALSE(QFileInfo::exists(second));
+    {
+        PreviewView other;
+        other.setPreviewItem(std::make_shared<FileItem>(m_file));
+        QSignalSpy done(&other, &PreviewView::previewFinished);
+        ASSERT_TRUE(done.wait(20000));
+        ASSERT_TRUE(QFileInfo::exists(other.outputFolder()));
+        m_view.setProperty("folder", other.outputFolder());
+    }
+    EXPECT_FALSE(QFileInfo::exists(m_view.property("folder").toString()));
+}
+
+TEST_F(PreviewViewTest, ChangingTheItemWhileTheGeneratorRunsDropsTheRun)
+{
+    installGenerator("sleep 1000");
+    QSignalSpy done(&m_view, &PreviewView::previewFinished);
+    m_view.setPreviewItem(std::make_shared<FileItem>(m_file));
+    EXPECT_EQ(m_view.state(), PreviewView::State::Working);
+    const QString folder = m_view.outputFolder();
+    m_view.setPreviewItem(nullptr);
+    EXPECT_FALSE(QFileInfo::exists(folder));
+    EXPECT_FALSE(done.wait(300));
+    EXPECT_EQ(m_view.state(), PreviewView::State::Nothing);
+}
+
+// A page whose links fill known bands at the top left, clicked as a person would.
+class WebPreviewTest : public PreviewViewTest {
+protected:
+    void SetUp() override
+    {
+        PreviewViewTest::SetUp();
+        PreviewWebModule::setPath(QStringLiteral(TOLVANE_WEBVIEW_MODULE));
+        const QByteArray page
+            = "<html><body style='margin:0'>"
+              "<a style='display:block;height:40px' href='tolvane://reveal/font?path=%2Fa'>font</a>"
+              "<a style='display:block;height:40px' href='https://tolvane.example/x'>web</a>"
+              "<a style='display:block;height:40px' href='file:///etc/passwd'>file</a>"
+              "<img src='page1.png'></body></html>";
+        TestEnvironment::writeFile(TestEnvironment::home() + QStringLiteral("/page.html"), page);
+        FakeGenerator::writePicture(TestEnvironment::home() + QStringLiteral("/picture.png"));
+        installGenerator(
+            "cp \"$HOME/page.html\" \"$6/index.html\"; cp \"$HOME/picture.png\" \"$6/page1.png\"");
+    }
+
+    void click(int y)
+    {
+        QWidget* target = m_view.webContent()->widget()->focusProxy();
+        ASSERT_NE(target, nullptr);
+        QTest::mouseClick(target, Qt::LeftButton, {}, QPoint(20, y));
+    }
+};
+
+TEST_F(WebPreviewTest, ShowsThePageAndHandsOnItsLinks)
+{
+    const QString bin = TestEnvironment::home() + QStringLiteral("/bin");
+    TestEnvironment::writeFile(bin + QStringLiteral("/xdg-open"),
+        "#!/bin/sh\nprintf '%s\\n' \"$@\" >> \"$HOME/opened\"\n");
+    QFile::setPermissions(
+        bin + QStringLiteral("/xdg-open"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(bin) + ':' + path);
+
+    preview(std::chrono::seconds(60));
+    ASSERT_EQ(m_view.state(), PreviewView::State::WebPage) << m_view.reason().toStdString();
+    EXPECT_TRUE(webEngineMapped());
+    EXPECT_TRUE(m_view.reason().isEmpty());
+
+    QSignalSpy commands(&m_view, &PreviewView::urlCommandRequested);
+    click(20);
+    ASSERT_TRUE(commands.wait(10000));
+    EXPECT_EQ(
+        commands.first().first().toUrl(), QUrl(QStringLiteral("tolvane://reveal/font?path=%2Fa")));
+
+    const QString opened = TestEnvironment::home() + QStringLiteral("/opened");
+    click(60);
+    EXPECT_TRUE(eventually([&] { return !TestEnvironment::readFile(opened).isEmpty(); }, 10000));
+    EXPECT_EQ(TestEnvironment::readFile(opened), "https://tolvane.example/x\n");
+
+    // A file outside the page's folder neither loads nor leaves.
+    click(100);
+    QTest::qWait(1000);
+    EXPECT_EQ(TestEnvironment::readFile(opened), "https://tolvane.example/x\n");
+    EXPECT_EQ(commands.size(), 1);
+    EXPECT_EQ(m_view.state(), PreviewView::State::WebPage);
+    qputenv("PATH", path);
+}
+
+TEST_F(WebPreviewTest, WithoutTheWebModuleShowsTheCard)
+{
+    if (PreviewWebModule::isLoaded())
+        GTEST_SKIP() << "the web module was loaded by an earlier test of this process";
+    PreviewWebModule::setPath(
+        TestEnvironment::home() + QStringLiteral("/missing/tolvane_webview.so"));
+    preview();
+    EXPECT_EQ(m_view.state(), PreviewView::State::Card);
+    EXPECT_TRUE(m_view.reason().startsWith(QStringLiteral("The preview page cannot be shown: ")))
+        << m_view.reason().toStdString();
+    EXPECT_FALSE(webEngineMapped());
+}
+
+}

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "QLGenerators.h"
+
+#include "Bundle.h"
+#include "FakeGenerator.h"
+#include "TestEnvironment.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QScopeGuard>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString illustrator = QStringLiteral("com.adobe.illustrator.ai-image");
+const QString swatches = QStringLiteral("com.adobe.ase-file");
+
+QString bundleName(const std::optional<QLGenerator>& generator)
+{
+    return generator ? QFileInfo(generator->bundlePath).fileName() : QStringLiteral("(none)");
+}
+
+TEST(GeneratorDiscovery, LooksInTheUsersFolderBeforeTheMachinesOne)
+{
+    FakeGenerator::install(
+        TestEnvironment::localLibrary(), QStringLiteral("Aardvark"), { illustrator }, "exit 0");
+    FakeGenerator::install(
+        TestEnvironment::userLibrary(), QStringLiteral("Zebra"), { illustrator }, "exit 0");
+
+    const QList<QLGenerator> generators = QLGenerators::installedGenerators();
+    ASSERT_EQ(generators.size(), 2);
+    EXPECT_EQ(bundleName(generators.first()), QStringLiteral("Zebra.qlgenerator"));
+    EXPECT_EQ(bundleName(QLGenerators::generatorForType(illustrator, generators)),
+        QStringLiteral("Zebra.qlgenerator"));
+    EXPECT_EQ(generators.first().executablePath,
+        generators.first().bundlePath + QStringLiteral("/Contents/Linux/Zebra"));
+}
+
+TEST(GeneratorDiscovery, TheApplicationsOwnGeneratorComesLast)
+{
+    // Outside a bundle, the main bundle is the test program's folder.
+    const QString contents = Bundle::mainBundle().contentsPath();
+    const auto cleanUp = qScopeGuard([&] { QDir(contents).removeRecursively(); });
+    FakeGenerator::install(contents + QStringLiteral("/Library"), QStringLiteral("Embedded"),
+        { illustrator, swatches }, "exit 0");
+    FakeGenerator::install(
+        TestEnvironment::localLibrary(), QStringLiteral("Installed"), { illustrator }, "exit 0");
+
+    const QList<QLGenerator> generators = QLGenerators::installedGenerators();
+    EXPECT_EQ(bundleName(QLGenerators::generatorForType(illustrator, generators)),
+        QStringLiteral("Installed.qlgenerator"));
+    EXPECT_EQ(bundleName(QLGenerators::generatorForType(swatches, generators)),
+        QStringLiteral("Embedded.qlgenerator"));
+}
+
+TEST(GeneratorDiscovery, SkipsGeneratorsThatDoNotListTheType)
+{
+    FakeGenerator::install(
+        TestEnvironment::userLibrary(), QStringLiteral("Swatches"), { swatches }, "exit 0");
+    FakeGenerator::install(TestEnvironment::localLibrary(), QStringLiteral("Drawings"),
+        { swatches, illustrator }, "exit 0");
+
+    const QList<QLGenerator> generators = QLGenerators::installedGenerators();
+    EXPECT_EQ(bundleName(QLGenerators::generatorForType(illustrator, generators)),
+        QStringLiteral("Drawings.qlgenerator"));
+    EXPECT_EQ(bundleName(QLGenerators::generatorForType(swatches, generators)),
+        QStringLiteral("Swatches.qlgenerator"));
+    EXPECT_EQ(
+        QLGenerators::generatorForType(QStringLiteral("com.adobe.pdf"), generators), std::nullopt);
+}
+
+TEST(GeneratorDiscovery, IgnoresBundlesWithoutUsableInformation)
+{
+    const QString quickLook = TestEnvironment::userLibrary() + QStringLiteral("/QuickLook/");
+    TestEnvironment::writeFile(
+        quickLook + QStringLiteral("NoPlist.qlgenerator/Contents/Linux/x"), "");
+    TestEnvironment::writeFile(
+        quickLook + QStringLiteral("Damaged.qlgenerator/Contents/Info.plist"), "<plist");
+    TestEnvironment::writeFile(quickLook + QStringLiteral("NotABundle.txt"), "");
+    FakeGenerator::install(
+        TestEnvironment::userLibrary(), QStringLiteral("Good"), { illustrator }, "exit 0");
+    // An executable name must not lead out of the bundle.
+    FakeGenerator::install(TestEnvironment::userLibrary(), QStringLiteral("Escaping"),
+        { illustrator }, "exit 0",
+        { { QStringLiteral("CFBundleExecutable"), QStringLiteral("../../x") } });
+
+    const QList<QLGenerator> generators = QLGenerators::installedGenerators();
+    ASSERT_EQ(generators.size(), 1);
+    EXPECT_EQ(bundleName(generators.first()), QStringLiteral("Good.qlgenerator"));
+}
+
+}

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SUStandardUserDriver.h"
+
+#include "SUUpdateAlert.h"
+#include "TestEnvironment.h"
+
+#include <QApplication>
+#include <QDeadlineTimer>
+#include <QFile>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTextBrowser>
+#include <gtest/gtest.h>
+
+namespace {
+
+// Lets the event loop run until the condition holds or the time is up.
+bool eventually(const std::function<bool()>& condition, int milliseconds = 5000)
+{
+    QDeadlineTimer deadline(milliseconds);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QTest::qWait(20);
+    }
+    return true;
+}
+
+// xdg-open stands in for the desktop: it notes what it was asked to open.
+class UserDriverTest : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        QApplication::setApplicationDisplayName(QStringLiteral("Tolvane"));
+        const QString bin = TestEnvironment::home() + QStringLiteral("/bin");
+        TestEnvironment::writeFile(bin + QStringLiteral("/xdg-open"),
+            "#!/bin/sh\nprintf '%s\\n' \"$@\" >> \"$HOME/opened\"\n");
+        QFile::setPermissions(bin + QStringLiteral("/xdg-open"),
+            QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        m_path = qgetenv("PATH");
+        qputenv("PATH", QFile::encodeName(bin) + ':' + m_path);
+    }
+    void TearDown() override { qputenv("PATH", m_path); }
+
+    static QByteArray opened()
+    {
+        return TestEnvironment::readFile(TestEnvironment::home() + QStringLiteral("/opened"));
+    }
+
+    static SUUpdateFound update(const QString& notes)
+    {
+        SUUpdateFound found;
+        found.item.displayVersionString = QStringLiteral("1.2");
+        found.item.itemDescription = notes;
+        found.currentVersion = QStringLiteral("1.0");
+        found.newVersion = QStringLiteral("1.2");
+        found.downloadPage = QUrl(QStringLiteral("https://tolvane.example/download/?v=1.2"));
+        return found;
+    }
+
+    static QString label(QWidget* window, const char* name)
+    {
+        auto* found = window->findChild<QLabel*>(QString::fromLatin1(name));
+        return found ? found->text() : QString();
+    }
+
+    QByteArray m_path;
+    SUStandardUserDriver m_driver;
+};
+
+TEST_F(UserDriverTest, UpToDateNamesTheRunningVersion)
+{
+    m_driver.showUpdateNotFound(QStringLiteral("1.0.3"));
+    auto* box = qobject_cast<QMessageBox*>(m_driver.window());
+    ASSERT_NE(box, nullptr);
+    EXPECT_TRUE(box->isVisible());
+    EXPECT_FALSE(box->isModal());
+    EXPECT_EQ(box->text(), QStringLiteral("You're up to date!"));
+    EXPECT_EQ(box->informativeText(),
+        QStringLiteral("Tolvane 1.0.3 is currently the newest version available."));
+}
+
+TEST_F(UserDriverTest, ErrorsShowTheirDescription)
+{
+    SUUpdaterError error;
+    error.kind = SUUpdaterError::ServerError;
+    error.httpStatus = 503;
+    m_driver.showUpdaterError(error);
+    auto* box = qobject_cast<QMessageBox*>(m_driver.window());
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->text(), QStringLiteral("Update Error!"));
+    EXPECT_EQ(box->informativeText(), error.localizedDescription());
+    EXPECT_TRUE(box->informativeText().contains(QStringLiteral("503")));
+}
+
+TEST_F(UserDriverTest, ANewWindowReplacesTheOpenOne)
+{
+    m_driver.showUpdateNotFound(QStringLiteral("1.0"));
+    QPointer<QWidget> first = m_driver.window();
+    m_driver.showUpdateFound(update(QStringLiteral("Fixes.")));
+    EXPECT_TRUE(first.isNull());
+    EXPECT_NE(qobject_cast<SUUpdateAlert*>(m_driver.window()), nullptr);
+}
+
+TEST_F(UserDriverTest, UpdateFoundShowsVersionsAndNotes)
+{
+    m_driver.showUpdateFound(update(QStringLiteral("<ul><li>Faster <b>previews</b></li></ul>")));
+    auto* alert = qobject_cast<SUUpdateAlert*>(m_driver.window());
+    ASSERT_NE(alert, nullptr);
+    EXPECT_FALSE(alert->isModal());
+    EXPECT_EQ(label(alert, "title"), QStringLiteral("A new version of Tolvane is available!"));
+    EXPECT_EQ(label(alert, "informative"),
+        QStringLiteral(
+            "Tolvane 1.2 is now available—you have 1.0. Would you like to download it now?"));
+    auto* notes = alert->findChild<QTextBrowser*>(QStringLiteral("releaseNotes"));
+    ASSERT_NE(notes, nullptr);
+    EXPECT_EQ(notes->toPlainText().trimmed(), QStringLiteral("Faster previews"));
+    EXPECT_EQ(alert->downloadButton()->text(), QStringLiteral("Download…"));
+    EXPECT_EQ(alert->remindLaterButton()->text(), QStringLiteral("Remind Me Later"));
+}
+
+TEST_F(UserDriverTest, PlainNotesStayPlainAndANotesPageIsALink)
+{
+    m_driver.showUpdateFound(update(QStringLiteral("a < b & c")));
+    auto* notes = m_driver.window()->findChild<QTextBrowser*>(QStringLiteral("releaseNotes"));
+    ASSERT_NE(notes, nullptr);
+    EXPECT_EQ(notes->toPlainText(), QStringLiteral("a < b & c"));
+
+    SUUpdateFound withPage = update(QString());
+    withPage.item.releaseNotesURL = QUrl(QStringLiteral("https://tolvane.example/notes/1.2.html"));
+    m_driver.showUpdateFound(withPage);
+    EXPECT_EQ(m_driver.window()->findChild<QTextBrowser*>(), nullptr);
+    EXPECT_TRUE(
+        label(m_driver.window(), "releaseNotesLink").contains(QStringLiteral("notes/1.2.html")));
+}
+
+TEST_F(UserDriverTest, DownloadOpensTheDownloadPage)
+{
+    m_driver.showUpdateFound(update(QStringLiteral("Fixes.")));
+    QPointer<QWidget> window = m_driver.window();
+    qobject_cast<SUUpdateAlert*>(window.data())->downloadButton()->click();
+    EXPECT_TRUE(eventually([] { return !opened().isEmpty(); }));
+    EXPECT_EQ(opened(), QByteArray("https://tolvane.example/download/?v=1.2\n"));
+    EXPECT_TRUE(eventually([&] { return window.isNull(); }));
+}
+
+TEST_F(UserDriverTest, RemindMeLaterOpensNothing)
+{
+    m_driver.showUpdateFound(update(QStringLiteral("Fixes.")));
+    QPointer<QWidget> window = m_driver.window();
+    qobject_cast<SUUpdateAlert*>(window.data())->remindLaterButton()->click();
+    EXPECT_TRUE(eventually([&] { return window.isNull(); }));
+    QTest::qWait(200);
+    EXPECT_TRUE(opened().isEmpty());
+}
+
+}

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "NSException.h"
+#include "TLAppDelegate.h"
+#include "TestEnvironment.h"
+#include "UserDefaults.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QMap<QString, QString> parameters(bool sendingSystemProfile)
+{
+    TLAppDelegate delegate;
+    QMap<QString, QString> byName;
+    for (const QVariantMap& record :
+        delegate.feedParametersForUpdater(nullptr, sendingSystemProfile)) {
+        EXPECT_EQ(record.size(), 2);
+        EXPECT_FALSE(byName.contains(record.value("key").toString()));
+        byName.insert(record.value("key").toString(), record.value("value").toString());
+    }
+    return byName;
+}
+
+// The test bundle has a name and a version but no "QXAppID".
+TEST(FeedParameters, DescribeTheApplicationSystemAndProcessor)
+{
+    qputenv("TOLVANE_SYSTEM_VERSION", "10.13");
+    UserDefaults::standardUserDefaults().setObject(
+        QVariantList { "de-DE", "en" }, "AppleLanguages");
+    const QMap<QString, QString> expected {
+        { "app", "Tolvane" },
+        { "type", "RA" },
+        { "appver", "2.5" },
+        { "osver", "10.13.0" },
+        { "arch", "Intel" },
+        { "archbits", "64" },
+        { "lang", "de-DE" },
+        { "profile", "false" },
+    };
+    EXPECT_EQ(parameters(false), expected);
+    EXPECT_EQ(parameters(true).value("profile"), "true");
+}
+
+TEST(FeedParameters, LanguageComesFromTheDesktopWhenNotSet)
+{
+    UserDefaults::standardUserDefaults().removeObjectForKey("AppleLanguages");
+    EXPECT_FALSE(parameters(false).value("lang").isEmpty());
+}
+
+TEST(FeedParameters, AnEmptyLanguageListAbortsTheCall)
+{
+    UserDefaults::standardUserDefaults().setObject(QVariantList {}, "AppleLanguages");
+    TLAppDelegate delegate;
+    EXPECT_THROW(delegate.feedParametersForUpdater(nullptr, false), NSException);
+}
+
+}

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AppleEventManager.h"
+#include "FakeDesktop.h"
+#include "PropertyList.h"
+#include "SUUpdater.h"
+#include "TLAppDelegate.h"
+#include "TestEnvironment.h"
+#include "UserDefaults.h"
+#include "VistrelUtilities.h"
+
+#include <QApplication>
+#include <QDeadlineTimer>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QThread>
+#include <QTimer>
+#include <cstdio>
+#include <gtest/gtest.h>
+
+namespace {
+
+// Answers the next modal alert with the button of that text, after noting what the alert says and
+// what the launch had done by then.
+void answerAlertWith(const QString& button)
+{
+    QTimer::singleShot(50, [button] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box) {
+            answerAlertWith(button);
+            return;
+        }
+        const bool handlerRegistered
+            = NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing");
+        const bool defaultsRegistered
+            = UserDefaults::standardUserDefaults().registeredDefaults().contains("UseLoupe");
+        std::fprintf(stderr, "alert: %s | %s | handler %d defaults %d\n",
+            box->text().toUtf8().constData(), box->informativeText().toUtf8().constData(),
+            handlerRegistered, defaultsRegistered);
+        for (QAbstractButton* candidate : box->buttons()) {
+            if (candidate->text() == button)
+                candidate->click();
+        }
+    });
+}
+
+struct UnsupportedCase {
+    const char* system;
+    const char* shownVersion;
+};
+void PrintTo(const UnsupportedCase& value, std::ostream* out) { *out << value.system; }
+
+class UnsupportedSystem : public testing::TestWithParam<UnsupportedCase> { };
+
+// Each launch runs in a fresh child process: the system version is read once per process.
+TEST_P(UnsupportedSystem, ShowsTheAlertAndEndsWithStatusZero)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            qputenv("TOLVANE_SYSTEM_VERSION", GetParam().system);
+            FakeDesktop::installOpener();
+            answerAlertWith("Cancel");
+            TLAppDelegate delegate;
+            delegate.applicationWillFinishLaunching();
+            std::fprintf(stderr, "still running\n");
+            std::exit(3);
+        },
+        testing::ExitedWithCode(0),
+        QStringLiteral(
+            "alert: This version of Tolvane, version 2\\.5, is incompatible with Mac OS X "
+            "%1 \\| Visit our website to check for a newer version of the application\\. "
+            "\\| handler 1 defaults 1")
+            .arg(QString(GetParam().shownVersion).replace(".", "\\."))
+            .toStdString());
+}
+
+// The version is shown without a zero patch.
+INSTANTIATE_TEST_SUITE_P(Versions, UnsupportedSystem,
+    testing::Values(UnsupportedCase { "3.9.0", "3.9" }, UnsupportedCase { "2.6.32", "2.6.32" }));
+
+TEST(UnsupportedSystem, CheckForUpdateOpensTheWebsiteAndCancelOpensNothing)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    for (const char* button : { "Check for Update", "Cancel" }) {
+        EXPECT_EXIT(
+            {
+                qputenv("TOLVANE_SYSTEM_VERSION", "3.2.0");
+                FakeDesktop::installOpener();
+                answerAlertWith(button);
+                TLAppDelegate delegate;
+                delegate.applicationWillFinishLaunching();
+            },
+            testing::ExitedWithCode(0), "");
+    }
+    // The children share the home folder, so what they opened is seen here: the website once,
+    // for "Check for Update" and not for "Cancel". The opener may still be on its way.
+    const QDeadlineTimer deadline(5000);
+    while (FakeDesktop::openedURLs().isEmpty() && !deadline.hasExpired())
+        QThread::msleep(20);
+    QThread::msleep(200);
+    EXPECT_EQ(FakeDesktop::openedURLs(), QStringList { "https://tolvane.example/" });
+}
+
+TEST(SupportedSystem, RegistersTheHandlerAndTheSettingsAndGoesOn)
+{
+    qputenv("TOLVANE_SYSTEM_VERSION", "3.10.0");
+    TLAppDelegate delegate;
+    delegate.applicationWillFinishLaunching();
+    EXPECT_TRUE(NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing"));
+    EXPECT_EQ(UserDefaults::standardUserDefaults().registeredDefaults().value(
+                  "Maximum Number Of Pages Previewed"),
+        QVariant(qint64(20)));
+    // Registration writes nothing.
+    EXPECT_FALSE(UserDefaults::standardUserDefaults().persistentDomain().contains("UseLoupe"));
+}
+
+struct FinishCase {
+    const char* name;
+    const char* system;
+    QVariant storedAutomaticChecks;
+    bool expectChecks;
+    bool expectBackgroundCheck;
+};
+void PrintTo(const FinishCase& value, std::ostream* out) { *out << value.name; }
+
+class FinishLaunching : public testing::TestWithParam<FinishCase> { };
+
+TEST_P(FinishLaunching, TurnsOnChecksAndStartsTheBackgroundCheckOnlyUpToTen9)
+{
+    const FinishCase& c = GetParam();
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            qputenv("TOLVANE_SYSTEM_VERSION", c.system);
+            UserDefaults& defaults = UserDefaults::standardUserDefaults();
+            defaults.setObject(c.storedAutomaticChecks, "SUEnableAutomaticChecks");
+            defaults.setObject(QString("0.1"), "Preferences Application Version");
+            TLAppDelegate delegate;
+            delegate.applicationDidFinishLaunching();
+            const bool ok
+                = defaults.objectForKey("SUEnableAutomaticChecks") == QVariant(c.expectChecks)
+                && SUUpdater::sharedUpdater()->updateInProgress() == c.expectBackgroundCheck
+                && defaults.objectForKey("Preferences Application Version") == QVariant("2.5");
+            // At once: the check started here is still under way.
+            std::_Exit(ok ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Launches, FinishLaunching,
+    testing::Values(FinishCase { "firstLaunchOn10_8", "10.8.5", QVariant(), true, true },
+        FinishCase { "firstLaunchOn10_9", "10.9.0", QVariant(), true, true },
+        FinishCase { "firstLaunchOn10_10", "10.10.0", QVariant(), true, false },
+        FinishCase { "checksTurnedOffOn10_8", "10.8.5", QVariant(false), false, false },
+        FinishCase { "kernel6", "6.1.0", QVariant(), true, true },
+        FinishCase { "kernel11", "11.0.0", QVariant(), true, false }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+}
