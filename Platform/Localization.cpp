@@ -16,7 +16,8 @@ bool installTranslations(const Bundle& bundle)
     if (name.isEmpty() || !QCoreApplication::instance())
         return false;
     auto* translator = new QTranslator(QCoreApplication::instance());
-    if (!translator->load(QLocale::system(), name, QStringLiteral("_"),
+    // The default locale is the system's unless the application chose another.
+    if (!translator->load(QLocale(), name, QStringLiteral("_"),
             bundle.resourcePath() + QStringLiteral("/translations"))) {
         delete translator;
         return false;

@@ -11,8 +11,8 @@ namespace Localization {
 
 inline constexpr const char* defaultTable = "Localizable";
 
-// Loads Resources/translations/<bundle executable>_<language>.qm of the bundle for the user's
-// preferred languages into the running application. Returns whether one was loaded.
+// Loads Resources/translations/<bundle executable>_<language>.qm of the bundle for the default
+// locale's languages into the running application. Returns whether one was loaded.
 bool installTranslations(const Bundle& bundle);
 
 QString localizedString(const QString& key, const char* table = defaultTable);

@@ -14,6 +14,8 @@ packages=(
     libplist-dev libpoppler-qt6-dev libfontconfig-dev libfreehand-dev librevenge-dev libxkbcommon-dev
     # running and testing
     python3 dbus dbus-x11 xvfb xauth x11-utils xdotool ghostscript fonts-dejavu-core
+    poppler-utils qt6-image-formats-plugins clang libclang-rt-14-dev
+    desktop-file-utils libxml2-utils shared-mime-info zlib1g-dev
 )
 
 missing=()

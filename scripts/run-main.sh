@@ -6,7 +6,7 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${TOLVANE_BUILD_DIR:-$root/build}
-sample=${1:-$root/tests/data/formats/samples/illustrator24.eps}
+sample=${1:-$root/tests/data/generator/illustrator-normal.ai}
 
 "$root/scripts/build.sh"
 app="$build/Tolvane.app/Contents/Linux/Tolvane"

@@ -6,7 +6,7 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${TOLVANE_BUILD_DIR:-$root/build}
-document=${1:-$root/tests/data/formats/samples/illustrator24.eps}
+document=${1:-$root/tests/data/generator/illustrator-normal.ai}
 
 if [ -z "${SCREENSHOTS_INSIDE:-}" ]; then
     export SCREENSHOTS_INSIDE=1
@@ -25,7 +25,7 @@ trap 'kill $pid 2>/dev/null || true; rm -rf "$home"' EXIT
 
 window_of() {
     for _ in $(seq 1 100); do
-        id=$(xwininfo -root -tree | awk -v name="\"$1\"" 'index($0, name) { print $1; exit }')
+        id=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | head -n 1 || true)
         if [ -n "$id" ]; then echo "$id"; return 0; fi
         sleep 0.2
     done
@@ -35,7 +35,7 @@ window_of() {
 
 "$app" "$document" &
 pid=$!
-doc=$(window_of "$(basename "$document")")
+window_of "$(basename "$document")" >/dev/null
 sleep 3
 "$shot" "$out/document-window.png"
 
@@ -45,9 +45,12 @@ for pane in about settings quicklook; do
     "$shot" "$out/preferences-$pane.png"
 done
 
-# The about window runs modally: open it from the Help menu of the document window.
-xdotool windowactivate --sync "$doc" 2>/dev/null || true
-xdotool key --window "$doc" alt+h
+# The about window runs modally: open it from the Help menu of the document window (there is no
+# window manager to give the window the keyboard, so click the menu; its last item is "About").
+# (Look the window up again: showing a web page can give it a new native window.)
+doc=$(window_of "$(basename "$document")")
+eval "$(xwininfo -id "$doc" | awk '/Absolute upper-left X/ { print "x=" $4 } /Absolute upper-left Y/ { print "y=" $4 }')"
+xdotool mousemove $((x + 160)) $((y + 8)) click 1
 sleep 0.5
 xdotool key Up Return
 sleep 1.5

@@ -23,5 +23,5 @@ if [ -z "${window:-}" ]; then
     exit 1
 fi
 sleep 2 # let the preview finish drawing
-"$build/tests/tools/tolvane-screenshot" "$out/main-window.png" "$window"
+"$build/tests/tools/tolvane-screenshot" "$out/main-window.png"
 echo "Tolvane shows \"$name\" in window $window; screenshot: $out/main-window.png"

@@ -5,7 +5,6 @@
 #include "TestEnvironment.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -103,9 +102,7 @@ TEST(UserDefaults, ChangesReachTheFileOnTheirOwnWithinAMoment)
     UserDefaults defaults(domain);
     defaults.setFloat(1.5f, "threshold");
     defaults.setBool(false, "flag");
-    const QDeadlineTimer deadline(5000);
-    while (fileContents().isEmpty() && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    TestEnvironment::waitUntil([] { return !fileContents().isEmpty(); }, 5000);
     const QVariantMap written = fileContents();
     EXPECT_EQ(written.value("threshold"), QVariant(1.5));
     EXPECT_EQ(written.value("flag"), QVariant(false));

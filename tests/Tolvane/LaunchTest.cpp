@@ -9,7 +9,6 @@
 #include "VistrelUtilities.h"
 
 #include <QApplication>
-#include <QDeadlineTimer>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QThread>
@@ -55,10 +54,10 @@ class UnsupportedSystem : public testing::TestWithParam<UnsupportedCase> { };
 TEST_P(UnsupportedSystem, ShowsTheAlertAndEndsWithStatusZero)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
+    FakeOpener opener;
     EXPECT_EXIT(
         {
             qputenv("TOLVANE_SYSTEM_VERSION", GetParam().system);
-            FakeDesktop::installOpener();
             answerAlertWith("Cancel");
             TLAppDelegate delegate;
             delegate.applicationWillFinishLaunching();
@@ -81,11 +80,11 @@ INSTANTIATE_TEST_SUITE_P(Versions, UnsupportedSystem,
 TEST(UnsupportedSystem, CheckForUpdateOpensTheWebsiteAndCancelOpensNothing)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
+    FakeOpener opener;
     for (const char* button : { "Check for Update", "Cancel" }) {
         EXPECT_EXIT(
             {
                 qputenv("TOLVANE_SYSTEM_VERSION", "3.2.0");
-                FakeDesktop::installOpener();
                 answerAlertWith(button);
                 TLAppDelegate delegate;
                 delegate.applicationWillFinishLaunching();
@@ -94,11 +93,9 @@ TEST(UnsupportedSystem, CheckForUpdateOpensTheWebsiteAndCancelOpensNothing)
     }
     // The children share the home folder, so what they opened is seen here: the website once,
     // for "Check for Update" and not for "Cancel". The opener may still be on its way.
-    const QDeadlineTimer deadline(5000);
-    while (FakeDesktop::openedURLs().isEmpty() && !deadline.hasExpired())
-        QThread::msleep(20);
+    TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 5000);
     QThread::msleep(200);
-    EXPECT_EQ(FakeDesktop::openedURLs(), QStringList { "https://tolvane.example/" });
+    EXPECT_EQ(opener.recordedArguments(), QStringList { "https://tolvane.example/" });
 }
 
 TEST(SupportedSystem, RegistersTheHandlerAndTheSettingsAndGoesOn)

@@ -11,7 +11,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QDoubleSpinBox>
 #include <QFile>
@@ -160,9 +159,7 @@ TEST_F(PreferencesWindowTest, AnAnimatedPaneChangeEndsAtTheSameFrame)
 
     controller->setAnimatesResize(true);
     controller->setMode(2);
-    const QDeadlineTimer deadline(3000);
-    while (controller->window()->geometry() != expected && !deadline.hasExpired())
-        QApplication::processEvents(QEventLoop::AllEvents, 20);
+    TestEnvironment::waitUntil([&] { return controller->window()->geometry() == expected; }, 3000);
     EXPECT_EQ(controller->window()->geometry(), expected);
 }
 

@@ -6,8 +6,6 @@
 #include "TLPrefrencesWindowController.h"
 #include "TestEnvironment.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QMainWindow>
 #include <gtest/gtest.h>
 
@@ -165,15 +163,13 @@ TEST_F(URLCommands, SettingTheSamePaneAgainRelaysTheWindowOut)
 
 TEST(URLCommandsWithoutFileManager, OpenTheFolderOfTheFirstFile)
 {
-    FakeDesktop::installOpener();
+    FakeOpener opener;
     TLAppDelegate delegate;
     delegate.handleURLEvent(NSAppleEventDescriptor(kInternetEventClass, kAEGetURL,
                                 "tolvane://reveal/font?path=/fonts/a.otf&path1=/other/b.otf"),
         NSAppleEventDescriptor());
-    const QDeadlineTimer deadline(5000);
-    while (FakeDesktop::openedURLs().isEmpty() && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    EXPECT_EQ(FakeDesktop::openedURLs(), QStringList { "/fonts" });
+    TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 5000);
+    EXPECT_EQ(opener.recordedArguments(), QStringList { "/fonts" });
 }
 
 }

@@ -3,58 +3,54 @@
 
 #include "TestEnvironment.h"
 
-#include <QCoreApplication>
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDeadlineTimer>
-#include <QDir>
+#include <QDBusError>
 #include <QFile>
 
-namespace FakeDesktop {
+FakeOpener::FakeOpener()
+    : m_savedPath(qgetenv("PATH"))
+    , m_folder(TestEnvironment::home() + QStringLiteral("/fake-bin"))
+    , m_log(TestEnvironment::home() + QStringLiteral("/xdg-open.log"))
+{
+    const QString script = m_folder + QStringLiteral("/xdg-open");
+    TestEnvironment::writeFile(script,
+        QByteArrayLiteral("#!/bin/sh\n# SPDX-License-Identifier: GPL-3.0-or-later\n")
+            + "printf '%s\\n' \"$@\" >> '" + QFile::encodeName(m_log) + "'\n");
+    QFile::setPermissions(script, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    qputenv("PATH", QFile::encodeName(m_folder) + ':' + m_savedPath);
+}
+
+FakeOpener::~FakeOpener() { qputenv("PATH", m_savedPath); }
+
+QStringList FakeOpener::recordedArguments() const
+{
+    const QString text = QString::fromUtf8(TestEnvironment::readFile(m_log));
+    return text.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+void FakeOpener::remove() { qputenv("PATH", QFile::encodeName(m_folder) + "-empty"); }
 
 namespace {
-    QString openedLog() { return TestEnvironment::home() + "/xdg-open.log"; }
-}
-
-void installOpener()
-{
-    const QString bin = TestEnvironment::home() + "/bin";
-    TestEnvironment::writeFile(
-        bin + "/xdg-open", "#!/bin/sh\nprintf '%s\\n' \"$1\" >> '" + openedLog().toUtf8() + "'\n");
-    QFile::setPermissions(
-        bin + "/xdg-open", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    qputenv("PATH", QFile::encodeName(bin) + ":" + qgetenv("PATH"));
-}
-
-QStringList openedURLs()
-{
-    return QString::fromUtf8(TestEnvironment::readFile(openedLog()))
-        .split('\n', Qt::SkipEmptyParts);
-}
-
-}
-
-namespace {
-// A connection of its own, so that calls from the code under test go through the bus as they
-// would to a real file manager, even from the same process.
 const QString connectionName = QStringLiteral("fake-file-manager");
+const QString serviceName = QStringLiteral("org.freedesktop.FileManager1");
+const QString objectPath = QStringLiteral("/org/freedesktop/FileManager1");
 }
 
-FakeFileManager::FakeFileManager()
+FakeFileManager::FakeFileManager(bool failing)
+    : m_failing(failing)
 {
     QDBusConnection bus
         = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName);
-    m_registered
-        = bus.registerObject("/org/freedesktop/FileManager1", this, QDBusConnection::ExportAllSlots)
-        && bus.registerService("org.freedesktop.FileManager1");
+    m_registered = bus.registerObject(objectPath, this, QDBusConnection::ExportAllSlots)
+        && bus.registerService(serviceName);
 }
 
 FakeFileManager::~FakeFileManager()
 {
     {
         QDBusConnection bus(connectionName);
-        bus.unregisterService("org.freedesktop.FileManager1");
-        bus.unregisterObject("/org/freedesktop/FileManager1");
+        bus.unregisterService(serviceName);
+        bus.unregisterObject(objectPath);
     }
     QDBusConnection::disconnectFromBus(connectionName);
 }
@@ -62,12 +58,23 @@ FakeFileManager::~FakeFileManager()
 bool FakeFileManager::waitForCall(int milliseconds)
 {
     const qsizetype before = m_calls.size();
-    const QDeadlineTimer deadline(milliseconds);
-    while (m_calls.size() == before && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    return m_calls.size() > before;
+    return TestEnvironment::waitUntil([&] { return m_calls.size() > before; }, milliseconds);
 }
 
-void FakeFileManager::ShowItems(const QStringList& uris, const QString&) { m_calls.append(uris); }
+void FakeFileManager::ShowItems(const QStringList& uris, const QString& startupId)
+{
+    record(uris, startupId);
+}
 
-void FakeFileManager::ShowFolders(const QStringList& uris, const QString&) { m_calls.append(uris); }
+void FakeFileManager::ShowFolders(const QStringList& uris, const QString& startupId)
+{
+    record(uris, startupId);
+}
+
+void FakeFileManager::record(const QStringList& uris, const QString& startupId)
+{
+    m_calls.append(uris);
+    m_startupIds.append(startupId);
+    if (m_failing && calledFromDBus())
+        sendErrorReply(QDBusError::AccessDenied, QStringLiteral("not allowed here"));
+}

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "TestEnvironment.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QThread>
 #include <gtest/gtest.h>
 
 namespace TestEnvironment {
@@ -63,5 +66,20 @@ QByteArray readFile(const QString& path)
 }
 
 QString dataPath(const QString& name) { return QStringLiteral(TOLVANE_TEST_DATA "/") + name; }
+
+bool waitUntil(const std::function<bool()>& condition, int milliseconds)
+{
+    const QDeadlineTimer deadline(milliseconds);
+    while (!condition()) {
+        if (deadline.hasExpired())
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        // Outside a running event loop deleteLater() would otherwise wait for ever.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        // Leaves the processor to the processes under test instead of spinning hot.
+        QThread::msleep(5);
+    }
+    return true;
+}
 
 }

@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QVariant>
+#include <functional>
 #include <ostream>
 
 // The temporary home that every test runs in. main() makes a fresh one before each test: HOME,
@@ -25,6 +26,10 @@ void writeFile(const QString& path, const QByteArray& contents);
 QByteArray readFile(const QString& path);
 // A file of the shared test data (tests/data).
 QString dataPath(const QString& name);
+
+// Runs the event loop, deferred deletions included, until the condition holds; false when the time
+// is up first. Works with and without a QApplication.
+bool waitUntil(const std::function<bool()>& condition, int milliseconds);
 
 }
 

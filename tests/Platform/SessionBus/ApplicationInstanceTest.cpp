@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ApplicationInstance.h"
 
-#include "SessionBusHelpers.h"
 #include "TestEnvironment.h"
 
 #include <QDBusConnection>
@@ -28,7 +27,7 @@ Launch launch(const QStringList& arguments, const QString& workingFolder = QDir:
     probe.setProcessEnvironment(environment);
     probe.setWorkingDirectory(workingFolder);
     probe.start(QStringLiteral(INSTANCE_PROBE), QStringList { identifier } + arguments);
-    if (!waitUntil([&] { return probe.state() == QProcess::NotRunning; }, 15000)) {
+    if (!TestEnvironment::waitUntil([&] { return probe.state() == QProcess::NotRunning; }, 15000)) {
         probe.kill();
         probe.waitForFinished();
         return { QStringLiteral("(hung)"), QString() };
@@ -116,7 +115,7 @@ TEST(ApplicationInstance, ALaterLaunchForwardsItsFilesAndURLs)
         = launch({ "a b.ai", "tolvane://settings/about", "/art/Grüße.eps", "sub/c.indd" }, folder);
 
     EXPECT_EQ(second.role, "Forwarded") << second.errors.toStdString();
-    ASSERT_TRUE(waitUntil([&] { return !received.opened.isEmpty(); }));
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !received.opened.isEmpty(); }, 10000));
     const QString base = QStringLiteral("file://") + TestEnvironment::home() + "/my%20documents";
     const QStringList expected { base + "/a%20b.ai", "tolvane://settings/about",
         "file:///art/Gr%C3%BC%C3%9Fe.eps", base + "/sub/c.indd" };
@@ -133,7 +132,7 @@ TEST(ApplicationInstance, ALaterLaunchWithoutArgumentsActivates)
     const Launch second = launch({});
 
     EXPECT_EQ(second.role, "Forwarded") << second.errors.toStdString();
-    ASSERT_TRUE(waitUntil([&] { return received.activations > 0; }));
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return received.activations > 0; }, 10000));
     EXPECT_EQ(received.activations, 1);
     EXPECT_TRUE(received.opened.isEmpty());
 }

@@ -1,58 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Workspace.h"
 
-#include "SessionBusHelpers.h"
+#include "FakeDesktop.h"
 #include "TestEnvironment.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusContext>
-#include <QDBusMessage>
-#include <QObject>
 #include <gtest/gtest.h>
 
 namespace {
 
 const QString fileManagerName = QStringLiteral("org.freedesktop.FileManager1");
-
-// A file manager on a connection of its own, so that the workspace's calls really cross the bus.
-class FakeFileManager : public QObject, protected QDBusContext {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
-public:
-    explicit FakeFileManager(bool failing = false)
-        : m_bus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName))
-        , m_failing(failing)
-    {
-        m_bus.registerObject(
-            QStringLiteral("/org/freedesktop/FileManager1"), this, QDBusConnection::ExportAllSlots);
-        m_registered = m_bus.registerService(fileManagerName);
-    }
-    ~FakeFileManager() override
-    {
-        m_bus.unregisterService(fileManagerName);
-        QDBusConnection::disconnectFromBus(connectionName);
-    }
-
-    bool registered() const { return m_registered; }
-    QList<QStringList> calls;
-    QStringList startupIds;
-
-public slots:
-    void ShowItems(const QStringList& uris, const QString& startupId)
-    {
-        calls.append(uris);
-        startupIds.append(startupId);
-        if (m_failing)
-            sendErrorReply(QDBusError::AccessDenied, QStringLiteral("not allowed here"));
-    }
-
-private:
-    static inline const QString connectionName = QStringLiteral("fake-file-manager");
-    QDBusConnection m_bus;
-    bool m_failing;
-    bool m_registered = false;
-};
 
 QUrl file(const QString& path) { return QUrl::fromLocalFile(path); }
 
@@ -77,7 +35,8 @@ TEST_P(OpenURL, HandsTheURLToTheOpener)
 {
     FakeOpener opener;
     ASSERT_TRUE(NSWorkspace::sharedWorkspace().openURL(GetParam().url));
-    ASSERT_TRUE(waitUntil([&] { return !opener.recordedArguments().isEmpty(); }));
+    ASSERT_TRUE(
+        TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 10000));
     EXPECT_EQ(opener.recordedArguments(), QStringList { GetParam().argument });
 }
 
@@ -115,11 +74,11 @@ TEST(Workspace, ShowItemsGetsTheFilesInOrderAsEncodedURIs)
     NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({ file("/Users/x/a b.png"),
         file("/fonts/Grüße.otf"), file("/fonts/#1+2%.ttf"), file("/Users/x/a b.png") });
 
-    ASSERT_TRUE(waitUntil([&] { return !fileManager.calls.isEmpty(); }));
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !fileManager.calls().isEmpty(); }, 10000));
     const QStringList expected { "file:///Users/x/a%20b.png", "file:///fonts/Gr%C3%BC%C3%9Fe.otf",
         "file:///fonts/%231+2%25.ttf", "file:///Users/x/a%20b.png" };
-    EXPECT_EQ(fileManager.calls, QList<QStringList> { expected });
-    EXPECT_EQ(fileManager.startupIds, QStringList { QString() });
+    EXPECT_EQ(fileManager.calls(), QList<QStringList> { expected });
+    EXPECT_EQ(fileManager.startupIds(), QStringList { QString() });
     EXPECT_TRUE(opener.recordedArguments().isEmpty());
 }
 
@@ -133,8 +92,8 @@ TEST(Workspace, AnEmptyListShowsNothing)
     // before this one.
     NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({ file("/a") });
 
-    ASSERT_TRUE(waitUntil([&] { return !fileManager.calls.isEmpty(); }));
-    EXPECT_EQ(fileManager.calls, QList<QStringList> { QStringList { "file:///a" } });
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !fileManager.calls().isEmpty(); }, 10000));
+    EXPECT_EQ(fileManager.calls(), QList<QStringList> { QStringList { "file:///a" } });
 }
 
 TEST(Workspace, WithoutAFileManagerOpensTheFolderOfTheFirstFile)
@@ -146,7 +105,8 @@ TEST(Workspace, WithoutAFileManagerOpensTheFolderOfTheFirstFile)
     NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs(
         { file("/Users/x y/a b.png"), file("/elsewhere/c.png") });
 
-    ASSERT_TRUE(waitUntil([&] { return !opener.recordedArguments().isEmpty(); }));
+    ASSERT_TRUE(
+        TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 10000));
     EXPECT_EQ(opener.recordedArguments(), QStringList { "/Users/x y" });
 }
 
@@ -158,10 +118,9 @@ TEST(Workspace, AFileManagerThatFailsIsNotReplacedByTheFolder)
 
     NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({ file("/Users/x/a.png") });
 
-    ASSERT_TRUE(waitUntil([&] { return !fileManager.calls.isEmpty(); }));
-    EXPECT_FALSE(waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 300));
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !fileManager.calls().isEmpty(); }, 10000));
+    EXPECT_FALSE(
+        TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 300));
 }
 
 }
-
-#include "WorkspaceTest.moc"

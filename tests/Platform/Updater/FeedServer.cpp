@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FeedServer.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
+#include "TestEnvironment.h"
+
 #include <QTcpSocket>
-#include <QTimer>
 #include <gtest/gtest.h>
 
 FeedServer::FeedServer()
@@ -50,12 +49,7 @@ void FeedServer::readRequest(QTcpSocket* socket)
 
 bool spinUntil(const std::function<bool()>& condition, int timeoutMs)
 {
-    QDeadlineTimer deadline(timeoutMs);
-    QTimer tick;
-    tick.start(10);
-    while (!condition() && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return condition();
+    return TestEnvironment::waitUntil(condition, timeoutMs);
 }
 
 void spinFor(int milliseconds)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PreviewView.h"
 
+#include "FakeDesktop.h"
 #include "FakeGenerator.h"
 #include "PreviewCard.h"
 #include "PreviewPictureView.h"
@@ -9,7 +10,6 @@
 #include "TestEnvironment.h"
 #include "UniformTypeIdentifiers.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -21,18 +21,6 @@
 #include <signal.h>
 
 namespace {
-
-// Lets the event loop run until the condition holds or the time is up.
-bool eventually(const std::function<bool()>& condition, int milliseconds = 5000)
-{
-    QDeadlineTimer deadline(milliseconds);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        QTest::qWait(20);
-    }
-    return true;
-}
 
 // The file tests preview: "ase" is declared nowhere, so it gets its dynamic identifier.
 const QString swatchType = QStringLiteral("dyn.ah62d4rv4ge80c65f");
@@ -220,11 +208,13 @@ TEST_F(PreviewViewTest, AHungGeneratorIsKilledWithWhatItStarted)
               .toInt();
     ASSERT_GT(child, 0);
     // Gone, or a zombie waiting for whoever inherited it.
-    EXPECT_TRUE(eventually([child] {
-        return kill(child, 0) != 0
-            || TestEnvironment::readFile(QStringLiteral("/proc/%1/stat").arg(child))
-                   .contains(") Z ");
-    }));
+    EXPECT_TRUE(TestEnvironment::waitUntil(
+        [child] {
+            return kill(child, 0) != 0
+                || TestEnvironment::readFile(QStringLiteral("/proc/%1/stat").arg(child))
+                       .contains(") Z ");
+        },
+        5000));
 }
 
 TEST_F(PreviewViewTest, ALonePictureIsShown)
@@ -311,13 +301,7 @@ protected:
 
 TEST_F(WebPreviewTest, ShowsThePageAndHandsOnItsLinks)
 {
-    const QString bin = TestEnvironment::home() + QStringLiteral("/bin");
-    TestEnvironment::writeFile(bin + QStringLiteral("/xdg-open"),
-        "#!/bin/sh\nprintf '%s\\n' \"$@\" >> \"$HOME/opened\"\n");
-    QFile::setPermissions(
-        bin + QStringLiteral("/xdg-open"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    const QByteArray path = qgetenv("PATH");
-    qputenv("PATH", QFile::encodeName(bin) + ':' + path);
+    FakeOpener opener;
 
     preview(std::chrono::seconds(60));
     ASSERT_EQ(m_view.state(), PreviewView::State::WebPage) << m_view.reason().toStdString();
@@ -330,18 +314,18 @@ TEST_F(WebPreviewTest, ShowsThePageAndHandsOnItsLinks)
     EXPECT_EQ(
         commands.first().first().toUrl(), QUrl(QStringLiteral("tolvane://reveal/font?path=%2Fa")));
 
-    const QString opened = TestEnvironment::home() + QStringLiteral("/opened");
     click(60);
-    EXPECT_TRUE(eventually([&] { return !TestEnvironment::readFile(opened).isEmpty(); }, 10000));
-    EXPECT_EQ(TestEnvironment::readFile(opened), "https://tolvane.example/x\n");
+    EXPECT_TRUE(
+        TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 10000));
+    const QStringList opened { QStringLiteral("https://tolvane.example/x") };
+    EXPECT_EQ(opener.recordedArguments(), opened);
 
     // A file outside the page's folder neither loads nor leaves.
     click(100);
     QTest::qWait(1000);
-    EXPECT_EQ(TestEnvironment::readFile(opened), "https://tolvane.example/x\n");
+    EXPECT_EQ(opener.recordedArguments(), opened);
     EXPECT_EQ(commands.size(), 1);
     EXPECT_EQ(m_view.state(), PreviewView::State::WebPage);
-    qputenv("PATH", path);
 }
 
 TEST_F(WebPreviewTest, WithoutTheWebModuleShowsTheCard)

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "SUStandardUserDriver.h"
 
+#include "FakeDesktop.h"
 #include "SUUpdateAlert.h"
 #include "TestEnvironment.h"
 
 #include <QApplication>
-#include <QDeadlineTimer>
-#include <QFile>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -16,38 +15,10 @@
 
 namespace {
 
-// Lets the event loop run until the condition holds or the time is up.
-bool eventually(const std::function<bool()>& condition, int milliseconds = 5000)
-{
-    QDeadlineTimer deadline(milliseconds);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        QTest::qWait(20);
-    }
-    return true;
-}
-
 // xdg-open stands in for the desktop: it notes what it was asked to open.
 class UserDriverTest : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        QApplication::setApplicationDisplayName(QStringLiteral("Tolvane"));
-        const QString bin = TestEnvironment::home() + QStringLiteral("/bin");
-        TestEnvironment::writeFile(bin + QStringLiteral("/xdg-open"),
-            "#!/bin/sh\nprintf '%s\\n' \"$@\" >> \"$HOME/opened\"\n");
-        QFile::setPermissions(bin + QStringLiteral("/xdg-open"),
-            QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        m_path = qgetenv("PATH");
-        qputenv("PATH", QFile::encodeName(bin) + ':' + m_path);
-    }
-    void TearDown() override { qputenv("PATH", m_path); }
-
-    static QByteArray opened()
-    {
-        return TestEnvironment::readFile(TestEnvironment::home() + QStringLiteral("/opened"));
-    }
+    void SetUp() override { QApplication::setApplicationDisplayName(QStringLiteral("Tolvane")); }
 
     static SUUpdateFound update(const QString& notes)
     {
@@ -66,7 +37,7 @@ protected:
         return found ? found->text() : QString();
     }
 
-    QByteArray m_path;
+    FakeOpener m_opener;
     SUStandardUserDriver m_driver;
 };
 
@@ -141,9 +112,11 @@ TEST_F(UserDriverTest, DownloadOpensTheDownloadPage)
     m_driver.showUpdateFound(update(QStringLiteral("Fixes.")));
     QPointer<QWidget> window = m_driver.window();
     qobject_cast<SUUpdateAlert*>(window.data())->downloadButton()->click();
-    EXPECT_TRUE(eventually([] { return !opened().isEmpty(); }));
-    EXPECT_EQ(opened(), QByteArray("https://tolvane.example/download/?v=1.2\n"));
-    EXPECT_TRUE(eventually([&] { return window.isNull(); }));
+    EXPECT_TRUE(
+        TestEnvironment::waitUntil([&] { return !m_opener.recordedArguments().isEmpty(); }, 5000));
+    EXPECT_EQ(m_opener.recordedArguments(),
+        QStringList { QStringLiteral("https://tolvane.example/download/?v=1.2") });
+    EXPECT_TRUE(TestEnvironment::waitUntil([&] { return window.isNull(); }, 5000));
 }
 
 TEST_F(UserDriverTest, RemindMeLaterOpensNothing)
@@ -151,9 +124,9 @@ TEST_F(UserDriverTest, RemindMeLaterOpensNothing)
     m_driver.showUpdateFound(update(QStringLiteral("Fixes.")));
     QPointer<QWidget> window = m_driver.window();
     qobject_cast<SUUpdateAlert*>(window.data())->remindLaterButton()->click();
-    EXPECT_TRUE(eventually([&] { return window.isNull(); }));
+    EXPECT_TRUE(TestEnvironment::waitUntil([&] { return window.isNull(); }, 5000));
     QTest::qWait(200);
-    EXPECT_TRUE(opened().isEmpty());
+    EXPECT_TRUE(m_opener.recordedArguments().isEmpty());
 }
 
 }

@@ -4,12 +4,9 @@
 #include "FakeDesktop.h"
 #include "TestEnvironment.h"
 
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDeadlineTimer>
 #include <QProcess>
-#include <QThread>
 #include <gtest/gtest.h>
 
 namespace {
@@ -17,18 +14,6 @@ namespace {
 const QString busName = QStringLiteral("app.tolvane.Tolvane");
 
 QString tolvane() { return QStringLiteral(TOLVANE_EXECUTABLE); }
-
-bool waitUntil(const std::function<bool()>& condition, int milliseconds = 15000)
-{
-    const QDeadlineTimer deadline(milliseconds);
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        QThread::msleep(10);
-    }
-    return true;
-}
 
 bool instanceOnBus()
 {
@@ -70,7 +55,8 @@ protected:
         primary.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         primary.start(tolvane(), arguments);
         ASSERT_TRUE(primary.waitForStarted());
-        ASSERT_TRUE(waitUntil(instanceOnBus)) << "the first instance never took its bus name";
+        ASSERT_TRUE(TestEnvironment::waitUntil(instanceOnBus, 15000))
+            << "the first instance never took its bus name";
     }
 
     // Runs a later launch, which must hand over its arguments and end at once.
@@ -104,11 +90,13 @@ TEST_F(EndToEnd, ASecondLaunchHandsARevealToTheRunningInstance)
 TEST_F(EndToEnd, ASecondLaunchWithAFileOpensItsWindowInTheFirstInstance)
 {
     startPrimary({ document });
-    ASSERT_TRUE(waitUntil([] { return windowTitles().contains("Poster one.eps"); }));
+    ASSERT_TRUE(TestEnvironment::waitUntil(
+        [] { return windowTitles().contains("Poster one.eps"); }, 15000));
     const QString other = TestEnvironment::home() + "/Swatches.ase";
     TestEnvironment::writeFile(other, "ASEF");
     launchAgain({ other });
-    EXPECT_TRUE(waitUntil([] { return windowTitles().contains("Swatches.ase"); }));
+    EXPECT_TRUE(
+        TestEnvironment::waitUntil([] { return windowTitles().contains("Swatches.ase"); }, 15000));
     EXPECT_EQ(primary.state(), QProcess::Running);
 }
 

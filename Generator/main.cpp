@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The preview generator's command line; everything else is in the tolvane_generator library.
+#include "CommandLine.h"
+#include "ProcessLimits.h"
+
+#include <QGuiApplication>
+#include <QTextStream>
+#include <cstdio>
+
+int main(int argc, char* argv[])
+{
+    // Our own ceiling, below whatever the caller set: a hostile file must not take the machine
+    // down, whoever runs us.
+    Preview::limitOwnResources(std::uint64_t(2) << 30, 60);
+    // Library warnings about odd files would break the one line on stderr that callers read.
+    if (!qEnvironmentVariableIsSet("VISTREL_DEBUG"))
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    // Pictures are drawn off screen (text included, which needs the font database of a GUI
+    // application), whether or not there is a display.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication application(argc, argv);
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    return Preview::runCommandLine(application.arguments().mid(1), out, err);
+}

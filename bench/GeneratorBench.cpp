@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The preview generator, run as the application runs it: a multi-page Illustrator preview against
+// pdftoppm drawing the same pages at the same resolution, the time to the first page of a
+// 100-page document, and a thumbnail of each kind.
+#include "BenchmarkRatio.h"
+#include "PropertyList.h"
+#include "VistrelUtilities.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <cstdio>
+
+namespace {
+
+const QString Generator = QStringLiteral(VISTREL_EXECUTABLE);
+const QString TestData = QStringLiteral(TOLVANE_TEST_DATA);
+
+// Runs a program to its end; false when it fails.
+bool runProgram(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    return process.waitForFinished(600000) && process.exitStatus() == QProcess::NormalExit
+        && process.exitCode() == 0;
+}
+
+void usePreferences(const QVariantMap& values)
+{
+    QVariantMap all = VTDefaults();
+    for (auto it = values.begin(); it != values.end(); ++it)
+        all.insert(it.key(), it.value());
+    PropertyList::writeXmlAtomically(all, VTPreferencesPath());
+}
+
+double timeRun(const QString& program, const QStringList& arguments, int rounds, bool* ok)
+{
+    return BenchmarkRatio::bestNanoseconds(
+        [&] { *ok = runProgram(program, arguments) && *ok; }, 1, rounds);
+}
+
+void previewAgainstPdftoppm(const QString& work)
+{
+    const QString file = TestData + QStringLiteral("/generator/illustrator-like-100-pages.ai");
+    const int pages = 20;
+    usePreferences({ { maximumNumberOfPagesPreviewed, qint64(pages) } });
+    const QString pdftoppm = QStandardPaths::findExecutable(QStringLiteral("pdftoppm"));
+    if (pdftoppm.isEmpty()) {
+        std::printf("pdftoppm not found (poppler-utils): no reference for the preview ratio\n");
+        return;
+    }
+    bool ok = true;
+    const double preview
+        = timeRun(Generator, { "preview", file, "--out", work + "/preview" }, 5, &ok);
+    const double reference = timeRun(pdftoppm,
+        { "-png", "-r", "144", "-f", "1", "-l", QString::number(pages), file,
+            work + "/pdftoppm/page" },
+        5, &ok);
+    if (!ok)
+        std::printf("a run failed; the times below are not comparable\n");
+    BenchmarkRatio::report(
+        "preview, 20 artboards at 144 dpi", preview, "pdftoppm -png -r 144", reference);
+}
+
+void timeToFirstPage(const QString& work)
+{
+    const QString file = TestData + QStringLiteral("/generator/illustrator-like-100-pages.ai");
+    usePreferences({ { TLPreviewMode, qint64(1) } });
+    bool ok = true;
+    const double first = timeRun(Generator, { "preview", file, "--out", work + "/first" }, 5, &ok);
+    const QString pdftoppm = QStandardPaths::findExecutable(QStringLiteral("pdftoppm"));
+    const double reference = pdftoppm.isEmpty()
+        ? 0
+        : timeRun(pdftoppm,
+            { "-png", "-r", "144", "-f", "1", "-l", "1", file, work + "/first-ref" }, 5, &ok);
+    if (reference > 0)
+        BenchmarkRatio::report(
+            "first page of 100 (preview mode 1)", first, "pdftoppm, page 1", reference);
+    else
+        std::printf("%-40s %10.1f us\n", "first page of 100 (preview mode 1)", first / 1000.0);
+    if (!ok)
+        std::printf("a run failed\n");
+}
+
+void thumbnails(const QString& work)
+{
+    usePreferences({});
+    const QStringList samples { "generator/illustrator-normal.ai",
+        "generator/illustrator-without-pdf-content.ai", "generator/illustrator-saved-as.pdf",
+        "formats/samples/illustrator24.eps", "formats/samples/illustrator88.eps",
+        "formats/samples/indesign15.indd", "formats/samples/interchange-exiftool.inx",
+        "formats/samples/idml-4-pages-layers.idml", "formats/ase/sampler.ase" };
+    for (const QString& sample : samples) {
+        bool ok = true;
+        const double time = timeRun(Generator,
+            { "thumbnail", TestData + "/" + sample, "--size", "256", "--out",
+                work + "/thumbnail.png" },
+            3, &ok);
+        std::printf("%-40s %10.1f us%s\n", qPrintable("thumbnail " + QFileInfo(sample).fileName()),
+            time / 1000.0, ok ? "" : "   (failed)");
+    }
+}
+
+}
+
+int main(int argc, char** argv)
+{
+    QTemporaryDir home;
+    qputenv("HOME", home.path().toUtf8());
+    qputenv("XDG_DATA_HOME", (home.path() + "/.local/share").toUtf8());
+    QCoreApplication application(argc, argv);
+    const QString work = home.path() + QStringLiteral("/work");
+    QDir().mkpath(work + "/pdftoppm");
+
+    previewAgainstPdftoppm(work);
+    timeToFirstPage(work);
+    thumbnails(work);
+    return 0;
+}
