@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The application as a user meets it, each figure beside a reference measured in the same run:
 //   start-up to the first document window shown, against a minimal Qt widget program;
-//   resident memory with one document open, and whether Qt WebEngine was loaded for it;
+//   resident memory with one document open, and whether Qt WebEngine was loaded for it (once for
+//   a file that shows a card, once for the document, whose preview is a web page);
 //   a URL command's round trip from a second launch, against a bare `gdbus call` to the same
 //   instance.
 // Run it with bench/run-application-bench.sh, which gives it an X server and a session bus.
@@ -111,12 +112,24 @@ int main(int argc, char** argv)
     BenchmarkRatio::report(
         "start-up to the document window", bestTolvane, "minimal Qt window", bestMinimal);
 
+    // A file that no generator draws shows a card: no web view is needed for it.
+    const QString unknown = home.path() + "/notes.unknownkind";
+    QFile card(unknown);
+    if (!card.open(QIODevice::WriteOnly) || card.write("plain text\n") < 0)
+        return 1;
+    card.close();
+    for (const QString& file : { unknown, document }) {
+        QProcess shown;
+        timeToWindow(tolvane, { file }, QFileInfo(file).fileName(), shown);
+        QThread::sleep(3); // the preview settles
+        std::printf("resident memory with %s open: %lld kB; Qt WebEngine loaded: %s\n",
+            qPrintable(QFileInfo(file).fileName()), residentKilobytes(shown.processId()),
+            mapsLibrary(shown.processId(), "libQt6WebEngineCore") ? "yes" : "no");
+        stop(shown);
+    }
+
     QProcess app;
     timeToWindow(tolvane, { document }, title, app);
-    QThread::sleep(3); // the preview settles
-    std::printf("resident memory with one document open: %lld kB; Qt WebEngine loaded: %s\n",
-        residentKilobytes(app.processId()),
-        mapsLibrary(app.processId(), "libQt6WebEngineCore") ? "yes" : "no");
 
     const QString command = QStringLiteral("tolvane://reveal/image?path=%2Ftmp%2Fnothing.png");
     const QStringList gdbus { "call", "--session", "--dest", "app.tolvane.Tolvane", "--object-path",

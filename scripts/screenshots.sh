@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Takes screenshots of Tolvane's windows under Xvfb, for a person to look at: the document window,
-# the preferences window at each pane, and the about window. Pictures go to build/screenshots/.
+# the preferences window at each pane, the about window, and a preview of each kind of file.
+# Pictures go to build/screenshots/.
 # Usage: scripts/screenshots.sh [DOCUMENT]   (after a build)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -55,4 +56,18 @@ sleep 0.5
 xdotool key Up Return
 sleep 1.5
 "$shot" "$out/about-window.png"
+xdotool key Escape
+
+# A preview of each kind, each in its own window, opened by later launches.
+data="$root/tests/data"
+for file in generator/illustrator-like-5-pages.ai formats/samples/illustrator88.eps \
+    formats/samples/postscript-exiftool.eps formats/samples/indesign15.indd \
+    formats/samples/idml-4-pages-layers.idml formats/samples/interchange-exiftool.inx \
+    formats/ase/sampler.ase; do
+    name=$(basename "$file")
+    "$app" "$data/$file"
+    window_of "$name" >/dev/null
+    sleep 3
+    "$shot" "$out/preview-${name%.*}-${name##*.}.png"
+done
 echo "screenshots in $out"
