@@ -5,11 +5,13 @@
 #include "Bundle.h"
 #include "Localization.h"
 #include "NSAlert.h"
+#include "NSException.h"
 #include "QXAboutWindowController.h"
 #include "QXUtilities.h"
 #include "QXVersionInfo.h"
 #include "SUUpdater.h"
 #include "SupportedSystemRange.h"
+#include "SystemLog.h"
 #include "TLPrefrencesWindowController.h"
 #include "UserDefaults.h"
 #include "VistrelUtilities.h"
@@ -50,7 +52,13 @@ void TLAppDelegate::applicationWillFinishLaunching()
         },
         kInternetEventClass, kAEGetURL);
 
-    UserDefaults::standardUserDefaults().registerDefaults(VTUserDefaults());
+    // A damaged preferences file costs the registration, not the launch.
+    try {
+        UserDefaults::standardUserDefaults().registerDefaults(VTUserDefaults());
+    } catch (const NSException& error) {
+        NSLog(QStringLiteral("ERROR -- the preview settings were not registered: %1")
+                  .arg(error.reason()));
+    }
 
     // The upper bound is read again only when the lower one holds.
     const SupportedSystemRange range = supportedSystemRange();

@@ -111,6 +111,17 @@ TEST(SupportedSystem, RegistersTheHandlerAndTheSettingsAndGoesOn)
     EXPECT_FALSE(UserDefaults::standardUserDefaults().persistentDomain().contains("UseLoupe"));
 }
 
+TEST(SupportedSystem, APreferencesFileItCannotReadDoesNotStopTheLaunch)
+{
+    qputenv("TOLVANE_SYSTEM_VERSION", "3.10.0");
+    ASSERT_TRUE(PropertyList::writeXmlAtomically(
+        QVariantMap { { "Preferences Version", 2.0 } }, VTPreferencesPath()));
+    TLAppDelegate delegate;
+    delegate.applicationWillFinishLaunching();
+    EXPECT_TRUE(NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing"));
+    EXPECT_FALSE(UserDefaults::standardUserDefaults().registeredDefaults().contains("UseLoupe"));
+}
+
 struct FinishCase {
     const char* name;
     const char* system;
