@@ -4,6 +4,7 @@
 #include "Bundle.h"
 #include "PropertyList.h"
 #include "SearchPaths.h"
+#include "StringValues.h"
 #include "SystemLog.h"
 
 #include <QCoreApplication>
@@ -33,41 +34,6 @@ bool isNumber(const QVariant& value)
     default:
         return false;
     }
-}
-
-// The leading number of a text, as the platform's string-to-number conversions read it: blanks
-// skipped, an optional sign, then the longest prefix that is a number; 0 when there is none.
-double leadingNumber(const QString& text, bool integral)
-{
-    const QString trimmed = text.trimmed();
-    qsizetype end = 0;
-    if (end < trimmed.size() && (trimmed[end] == u'+' || trimmed[end] == u'-'))
-        ++end;
-    while (end < trimmed.size() && trimmed[end].isDigit())
-        ++end;
-    if (!integral && end < trimmed.size() && trimmed[end] == u'.') {
-        ++end;
-        while (end < trimmed.size() && trimmed[end].isDigit())
-            ++end;
-    }
-    if (integral)
-        return static_cast<double>(trimmed.left(end).toLongLong());
-    return trimmed.left(end).toDouble();
-}
-
-bool textIsTrue(const QString& text)
-{
-    qsizetype i = 0;
-    while (i < text.size() && text[i].isSpace())
-        ++i;
-    if (i < text.size() && (text[i] == u'+' || text[i] == u'-'))
-        ++i;
-    while (i < text.size() && text[i] == u'0')
-        ++i;
-    if (i >= text.size())
-        return false;
-    const QChar c = text[i];
-    return c == u'Y' || c == u'y' || c == u'T' || c == u't' || (c >= u'1' && c <= u'9');
 }
 
 QString standardDomain()
@@ -132,7 +98,7 @@ bool UserDefaults::boolForKey(const QString& key) const
 {
     const QVariant value = objectForKey(key);
     if (value.typeId() == QMetaType::QString)
-        return textIsTrue(value.toString());
+        return StringValues::boolValue(value.toString());
     return isNumber(value) && value.toDouble() != 0;
 }
 
@@ -140,7 +106,7 @@ qint64 UserDefaults::integerForKey(const QString& key) const
 {
     const QVariant value = objectForKey(key);
     if (value.typeId() == QMetaType::QString)
-        return static_cast<qint64>(leadingNumber(value.toString(), true));
+        return StringValues::integerValue(value.toString());
     return isNumber(value) ? static_cast<qint64>(value.toDouble()) : 0;
 }
 
@@ -148,7 +114,7 @@ double UserDefaults::doubleForKey(const QString& key) const
 {
     const QVariant value = objectForKey(key);
     if (value.typeId() == QMetaType::QString)
-        return leadingNumber(value.toString(), false);
+        return StringValues::doubleValue(value.toString());
     return isNumber(value) ? value.toDouble() : 0;
 }
 

@@ -2,40 +2,10 @@
 #include "QXVersionInfo.h"
 
 #include "ProcessInfo.h"
+#include "StringValues.h"
 
 #include <QStringList>
-#include <limits>
 #include <mutex>
-
-namespace {
-
-// The integer value of a text as the platform reads it: leading white space, an optional sign,
-// then decimal digits up to the first other character. Out-of-range values saturate.
-qint64 integerValue(const QString& text)
-{
-    qsizetype position = 0;
-    while (position < text.size() && text.at(position).isSpace())
-        ++position;
-    bool negative = false;
-    if (position < text.size() && (text.at(position) == u'-' || text.at(position) == u'+')) {
-        negative = text.at(position) == u'-';
-        ++position;
-    }
-    constexpr qint64 limit = std::numeric_limits<qint64>::max();
-    qint64 magnitude = 0;
-    for (; position < text.size(); ++position) {
-        const char16_t c = text.at(position).unicode();
-        if (c < u'0' || c > u'9')
-            break;
-        const int digit = c - u'0';
-        if (magnitude > (limit - digit) / 10)
-            return negative ? std::numeric_limits<qint64>::min() : limit;
-        magnitude = magnitude * 10 + digit;
-    }
-    return negative ? -magnitude : magnitude;
-}
-
-}
 
 QXVersion QXVersionMake(qint64 major, qint64 minor, qint64 patch)
 {
@@ -98,11 +68,11 @@ QXVersion QXVersionFromString(const QString& text)
     const QStringList components
         = text.isNull() ? QStringList() : text.split(u'.', Qt::KeepEmptyParts);
     if (components.size() >= 1)
-        version.major = integerValue(components.at(0));
+        version.major = StringValues::integerValue(components.at(0));
     if (components.size() >= 2)
-        version.minor = integerValue(components.at(1));
+        version.minor = StringValues::integerValue(components.at(1));
     if (components.size() >= 3)
-        version.patch = integerValue(components.at(2));
+        version.patch = StringValues::integerValue(components.at(2));
     return version;
 }
 

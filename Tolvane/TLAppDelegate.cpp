@@ -10,7 +10,6 @@
 #include "QXUtilities.h"
 #include "QXVersionInfo.h"
 #include "SUUpdater.h"
-#include "SupportedSystemRange.h"
 #include "SystemLog.h"
 #include "TLPrefrencesWindowController.h"
 #include "UserDefaults.h"
@@ -60,13 +59,7 @@ void TLAppDelegate::applicationWillFinishLaunching()
                   .arg(error.reason()));
     }
 
-    // The upper bound is read again only when the lower one holds.
-    const SupportedSystemRange range = supportedSystemRange();
-    const bool supported
-        = QXVersionIsGreaterThanOrEqualToVersion(cachedSystemVersion(), range.lowest)
-        && (!range.firstUnsupported
-            || QXVersionIsLessThanVersion(cachedSystemVersion(), *range.firstUnsupported));
-    if (!supported)
+    if (!VTOperatingSystemIsCompatibleCompatible())
         runIncompatibilityAlertAndExit();
 }
 

@@ -152,10 +152,8 @@ void TLDocumentController::closeDocument(TLDocument* document)
 
 QString TLDocumentController::typeForContentsOfURL(const QUrl& url)
 {
-    QList<QVariantMap> declarations { Bundle::mainBundle().infoDictionary() };
-    for (const QLGenerator& generator : QLGenerators::installedGenerators())
-        declarations.append(generator.infoDictionary);
-    return UTType::identifierForFile(url.toLocalFile(), declarations);
+    return UTType::identifierForFile(
+        url.toLocalFile(), QLGenerators::typeDeclarations(QLGenerators::installedGenerators()));
 }
 
 QStringList TLDocumentController::openPanelNameFilters()

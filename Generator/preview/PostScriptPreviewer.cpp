@@ -20,17 +20,25 @@ namespace {
     constexpr double PreviewDpi = 144;
 
     struct PostScriptDocument {
+        // Keeps the bytes mapped for as long as the document is read.
+        std::shared_ptr<DocumentFile> file;
         Formats::DscDocument dsc;
         std::optional<Formats::XmpMetadata> xmp;
+
+        QByteArrayView bytes() const { return file->bytes(); }
     };
 
-    Formats::ParseResult<PostScriptDocument> readPostScript(QByteArrayView bytes)
+    Formats::ParseResult<PostScriptDocument> readPostScript(const QString& path)
     {
-        auto dsc = Formats::parseDscComments(bytes);
+        auto mapped = DocumentFile::open(path);
+        if (!mapped)
+            return mapped.failure();
+        std::shared_ptr<DocumentFile> file = std::move(mapped).value();
+        auto dsc = Formats::parseDscComments(file->bytes());
         if (!dsc)
             return dsc.failure();
-        PostScriptDocument document { std::move(dsc).value(), std::nullopt };
-        if (auto xmp = Formats::extractXmp(bytes))
+        PostScriptDocument document { file, std::move(dsc).value(), std::nullopt };
+        if (auto xmp = Formats::extractXmp(file->bytes()))
             document.xmp = std::move(xmp).value();
         return document;
     }
@@ -137,13 +145,10 @@ PostScriptPreviewer::PostScriptPreviewer(Kind kind)
 Formats::ParseResult<PreviewContent> PostScriptPreviewer::preview(
     const QString& file, const PreviewSettings& settings)
 {
-    auto mapped = DocumentFile::open(file);
-    if (!mapped)
-        return mapped.failure();
-    const QByteArrayView bytes = (*mapped)->bytes();
-    auto document = readPostScript(bytes);
+    auto document = readPostScript(file);
     if (!document)
         return document.failure();
+    const QByteArrayView bytes = document->bytes();
 
     PreviewContent content;
     content.title = QFileInfo(file).fileName();
@@ -190,13 +195,10 @@ Formats::ParseResult<PreviewContent> PostScriptPreviewer::preview(
 Formats::ParseResult<QImage> PostScriptPreviewer::thumbnail(
     const QString& file, int maxSize, const PreviewSettings& settings)
 {
-    auto mapped = DocumentFile::open(file);
-    if (!mapped)
-        return mapped.failure();
-    const QByteArrayView bytes = (*mapped)->bytes();
-    auto document = readPostScript(bytes);
+    auto document = readPostScript(file);
     if (!document)
         return document.failure();
+    const QByteArrayView bytes = document->bytes();
     const std::optional<PreviewPage> embedded = embeddedPicture(bytes, *document);
     if (embedded && settings.preferEmbeddedForThumbnail(bytes.size()))
         return fitWithin(embedded->picture(), maxSize);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PreviewView.h"
 
-#include "Bundle.h"
 #include "Localization.h"
 #include "PreviewCard.h"
 #include "PreviewLinkPolicy.h"
@@ -69,9 +68,7 @@ void PreviewView::start()
     const QUrl url = m_item->previewItemURL();
     m_file = url.isLocalFile() ? url.toLocalFile() : url.path();
     const QList<QLGenerator> generators = QLGenerators::installedGenerators();
-    m_infoDictionaries = { Bundle::mainBundle().infoDictionary() };
-    for (const QLGenerator& generator : generators)
-        m_infoDictionaries << generator.infoDictionary;
+    m_infoDictionaries = QLGenerators::typeDeclarations(generators);
     m_identifier = UTType::identifierForFile(m_file, m_infoDictionaries);
 
     if (!url.isLocalFile() || !QFileInfo(m_file).isFile())

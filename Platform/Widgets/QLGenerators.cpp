@@ -46,6 +46,14 @@ QList<QLGenerator> installedGenerators()
     return generators;
 }
 
+QList<QVariantMap> typeDeclarations(const QList<QLGenerator>& generators)
+{
+    QList<QVariantMap> declarations { Bundle::mainBundle().infoDictionary() };
+    for (const QLGenerator& generator : generators)
+        declarations << generator.infoDictionary;
+    return declarations;
+}
+
 std::optional<QLGenerator> generatorForType(
     const QString& identifier, const QList<QLGenerator>& generators)
 {

@@ -27,6 +27,10 @@ QStringList searchFolders();
 // name: the user's first, then the machine-wide ones, each folder in name order.
 QList<QLGenerator> installedGenerators();
 
+// The information dictionaries whose declared types name files by extension: the main bundle's,
+// then each generator's, for UTType::identifierForFile.
+QList<QVariantMap> typeDeclarations(const QList<QLGenerator>& generators);
+
 // The first of the generators that lists the identifier.
 std::optional<QLGenerator> generatorForType(
     const QString& identifier, const QList<QLGenerator>& generators);
