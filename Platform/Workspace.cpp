@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "Workspace.h"
 
+#include "Bundle.h"
 #include "SystemLog.h"
 
 #include <QDBusConnection>
@@ -35,6 +36,13 @@ bool noFileManager(const QDBusError& error)
     default:
         return error.name().startsWith(QStringLiteral("org.freedesktop.DBus.Error.Spawn."));
     }
+}
+
+QString bundleExecutable(const QString& bundlePath)
+{
+    const auto bundle = Bundle::bundleWithPath(bundlePath);
+    const QString executable = bundle ? bundle->executablePath() : QString();
+    return QFileInfo(executable).isExecutable() ? executable : QString();
 }
 
 void openFolderInstead(const QUrl& firstFile)
@@ -96,4 +104,24 @@ void NSWorkspace::activateFileViewerSelectingURLs(const QList<QUrl>& fileURLs)
             NSLog(QStringLiteral("WARNING -- the file manager could not show the files: %1")
                       .arg(reply.error().message()));
         });
+}
+
+bool NSWorkspace::launchApplication(const QString& bundlePath, const QStringList& arguments)
+{
+    const QString executable = bundleExecutable(bundlePath);
+    return !executable.isEmpty() && QProcess::startDetached(executable, arguments);
+}
+
+bool NSWorkspace::launchApplicationAfterProcessExits(const QString& bundlePath, qint64 processId)
+{
+    const QString executable = bundleExecutable(bundlePath);
+    if (executable.isEmpty())
+        return false;
+    // The script is constant; the process id and the path reach it as arguments, never as text
+    // pasted into it.
+    static const QString waitThenStart = QStringLiteral(
+        "while kill -0 \"$1\" 2>/dev/null; do sleep 0.1; done; shift; exec \"$@\"");
+    return QProcess::startDetached(QStringLiteral("/bin/sh"),
+        { QStringLiteral("-c"), waitThenStart, QStringLiteral("sh"), QString::number(processId),
+            executable });
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QList>
+#include <QStringList>
 #include <QUrl>
 
 // The desktop around the application: opening URLs and showing files in the file manager.
@@ -17,6 +18,14 @@ public:
     // session bus, with the URIs in the given order). Without a file manager on the bus, opens
     // the folder of the first file.
     void activateFileViewerSelectingURLs(const QList<QUrl>& fileURLs);
+
+    // Starts the executable of the application bundle at the path, detached from this process,
+    // with the arguments. False when the path holds no bundle with an executable or it could not
+    // be started.
+    bool launchApplication(const QString& bundlePath, const QStringList& arguments = {});
+    // The same, but the application starts only once the process with the given id has ended,
+    // so that it can take over what that process holds (its bus name, its place on disk).
+    bool launchApplicationAfterProcessExits(const QString& bundlePath, qint64 processId);
 
 private:
     NSWorkspace() = default;

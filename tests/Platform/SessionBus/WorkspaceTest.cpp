@@ -6,6 +6,8 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QFile>
+#include <QProcess>
 #include <gtest/gtest.h>
 
 namespace {
@@ -121,6 +123,58 @@ TEST(Workspace, AFileManagerThatFailsIsNotReplacedByTheFolder)
     ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !fileManager.calls().isEmpty(); }, 10000));
     EXPECT_FALSE(
         TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 300));
+}
+
+// A bundle whose executable writes its arguments, and whether the process given in
+// $TOLVANE_WATCHED_PID still ran when it started, to launched.txt in the temporary home.
+QString recordingBundle()
+{
+    const QString bundle = TestEnvironment::home() + QStringLiteral("/Some App's.app");
+    TestEnvironment::writeFile(bundle + QStringLiteral("/Contents/Info.plist"),
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
+        "<key>CFBundleExecutable</key><string>run me</string></dict></plist>\n");
+    const QString executable = bundle + QStringLiteral("/Contents/Linux/run me");
+    TestEnvironment::writeFile(executable,
+        "#!/bin/sh\nstate=gone\n"
+        "[ -n \"$TOLVANE_WATCHED_PID\" ] && kill -0 \"$TOLVANE_WATCHED_PID\" 2>/dev/null "
+        "&& state=running\n"
+        "printf '%s\\n' \"$state\" \"$@\" > \"$HOME/launched.txt.part\"\n"
+        "mv \"$HOME/launched.txt.part\" \"$HOME/launched.txt\"\n");
+    QFile::setPermissions(executable, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return bundle;
+}
+
+QStringList waitForLaunch()
+{
+    const QString record = TestEnvironment::home() + QStringLiteral("/launched.txt");
+    if (!TestEnvironment::waitUntil([&] { return QFile::exists(record); }, 10000))
+        return {};
+    return QString::fromUtf8(TestEnvironment::readFile(record))
+        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+TEST(Workspace, LaunchesTheExecutableOfABundle)
+{
+    EXPECT_FALSE(NSWorkspace::sharedWorkspace().launchApplication(TestEnvironment::home()));
+    ASSERT_TRUE(NSWorkspace::sharedWorkspace().launchApplication(
+        recordingBundle(), { QStringLiteral("a b"), QStringLiteral("$(x)") }));
+    EXPECT_EQ(waitForLaunch(), (QStringList { "gone", "a b", "$(x)" }));
+}
+
+TEST(Workspace, ALaunchAfterAProcessWaitsForItsEnd)
+{
+    QProcess watched;
+    watched.start(QStringLiteral("sleep"), { QStringLiteral("600") });
+    ASSERT_TRUE(watched.waitForStarted());
+    qputenv("TOLVANE_WATCHED_PID", QByteArray::number(watched.processId()));
+
+    ASSERT_TRUE(NSWorkspace::sharedWorkspace().launchApplicationAfterProcessExits(
+        recordingBundle(), watched.processId()));
+    EXPECT_FALSE(QFile::exists(TestEnvironment::home() + QStringLiteral("/launched.txt")));
+    watched.kill();
+    watched.waitForFinished();
+    EXPECT_EQ(waitForLaunch(), QStringList { "gone" });
+    qunsetenv("TOLVANE_WATCHED_PID");
 }
 
 }
