@@ -21,8 +21,12 @@ QString userFolder(NSSearchPathDirectory directory)
         return environmentFolder("XDG_DATA_HOME", home + QStringLiteral("/.local/share"));
     case NSApplicationDirectory:
         return home + QStringLiteral("/Applications");
-    case NSDownloadsDirectory:
-        return QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    case NSDownloadsDirectory: {
+        // xdg-user-dirs points a folder the user removed at the home folder: then there is none.
+        const QString downloads
+            = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+        return QDir(downloads) == QDir(home) ? QString() : downloads;
+    }
     }
     return {};
 }
@@ -38,6 +42,12 @@ QString localFolder(NSSearchPathDirectory directory)
         return {};
     }
     return {};
+}
+
+QString systemFolder(NSSearchPathDirectory directory)
+{
+    return directory == NSApplicationDirectory ? QStringLiteral(TOLVANE_SYSTEM_APPLICATIONS)
+                                               : QString();
 }
 
 QString abbreviateTilde(const QString& path)
@@ -57,11 +67,18 @@ QStringList NSSearchPathForDirectoriesInDomains(
 {
     QStringList folders;
     if (domainMask & NSUserDomainMask) {
-        const QString folder = QDir::cleanPath(userFolder(directory));
-        folders.append(expandTilde ? folder : abbreviateTilde(folder));
+        const QString folder = userFolder(directory);
+        if (!folder.isEmpty())
+            folders.append(
+                expandTilde ? QDir::cleanPath(folder) : abbreviateTilde(QDir::cleanPath(folder)));
     }
     if (domainMask & NSLocalDomainMask) {
         const QString folder = localFolder(directory);
+        if (!folder.isEmpty())
+            folders.append(QDir::cleanPath(folder));
+    }
+    if (domainMask & NSSystemDomainMask) {
+        const QString folder = systemFolder(directory);
         if (!folder.isEmpty())
             folders.append(QDir::cleanPath(folder));
     }

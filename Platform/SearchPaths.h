@@ -5,14 +5,16 @@
 
 // The platform's standard folders, per domain:
 //   Library:      user $XDG_DATA_HOME (default ~/.local/share), local /usr/local/share
-//   Applications: user ~/Applications, local /opt
-//   Downloads:    the XDG user folder DOWNLOAD (user domain only)
+//   Applications: user ~/Applications, local /opt, system the folder that the installation
+//                 (cmake --install, the Debian package) puts Tolvane.app into
+//   Downloads:    the XDG user folder DOWNLOAD (user domain only; none when it is the home)
 // The local domain's folders can be moved with TOLVANE_LOCAL_LIBRARY and
 // TOLVANE_LOCAL_APPLICATIONS, so that a machine-wide installation can be tried without root.
 
 enum NSSearchPathDomainMask : unsigned {
     NSUserDomainMask = 1,
     NSLocalDomainMask = 2,
+    NSSystemDomainMask = 8,
     NSAllDomainsMask = 0xffff,
 };
 
@@ -22,8 +24,8 @@ enum NSSearchPathDirectory {
     NSDownloadsDirectory,
 };
 
-// The folders of the given kind in the given domains, user domain first. With expandTilde false
-// a folder under the home folder is written with a leading "~".
+// The folders of the given kind in the given domains, user domain first, then local, then system.
+// With expandTilde false a folder under the home folder is written with a leading "~".
 QStringList NSSearchPathForDirectoriesInDomains(
     NSSearchPathDirectory directory, unsigned domainMask, bool expandTilde);
 
