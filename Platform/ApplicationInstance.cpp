@@ -9,6 +9,7 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QUrl>
@@ -115,6 +116,17 @@ ApplicationInstance::Role ApplicationInstance::claim(const QStringList& argument
         }
     }
     return Role::Alone;
+}
+
+QString ApplicationInstance::ownerExecutable() const
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return {};
+    const auto processId = bus.interface()->servicePid(m_identifier);
+    if (!processId.isValid())
+        return {};
+    return QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(processId.value()));
 }
 
 ApplicationInstance::Forwarding ApplicationInstance::forward(const QStringList& uris)

@@ -24,6 +24,11 @@ public:
     // not receive its own arguments through the signals: the caller handles them.
     Role claim(const QStringList& arguments);
 
+    // The executable of the process that owns the name (/proc/<pid>/exe); empty when nobody
+    // owns it or there is no session bus. Another copy of the application is running when it is
+    // not this process's executable.
+    QString ownerExecutable() const;
+
     // The D-Bus object path for an identifier: "app.tolvane.Tolvane" gives
     // "/app/tolvane/Tolvane".
     static QString objectPath(const QString& applicationIdentifier);

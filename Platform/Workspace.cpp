@@ -9,9 +9,13 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStringList>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -124,4 +128,34 @@ bool NSWorkspace::launchApplicationAfterProcessExits(const QString& bundlePath, 
     return QProcess::startDetached(QStringLiteral("/bin/sh"),
         { QStringLiteral("-c"), waitThenStart, QStringLiteral("sh"), QString::number(processId),
             executable });
+}
+
+bool NSWorkspace::recycle(const QString& path, QString* error)
+{
+    QFile file(path);
+    if (file.moveToTrash())
+        return true;
+    if (error)
+        *error = file.errorString();
+    return false;
+}
+
+QList<NSRunningApplication> NSWorkspace::runningApplications() const
+{
+    QList<NSRunningApplication> applications;
+    const uid_t user = getuid();
+    const QStringList entries = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
+    for (const QString& entry : entries) {
+        bool isProcess = false;
+        const qint64 processId = entry.toLongLong(&isProcess);
+        const QString folder = QStringLiteral("/proc/") + entry;
+        struct stat status;
+        if (!isProcess || stat(QFile::encodeName(folder).constData(), &status) != 0
+            || status.st_uid != user)
+            continue;
+        const QString executable = QFile::symLinkTarget(folder + QStringLiteral("/exe"));
+        if (!executable.isEmpty())
+            applications.append({ processId, executable });
+    }
+    return applications;
 }

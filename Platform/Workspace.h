@@ -5,7 +5,15 @@
 #include <QStringList>
 #include <QUrl>
 
-// The desktop around the application: opening URLs and showing files in the file manager.
+// A process of the user's, as the workspace lists it.
+struct NSRunningApplication {
+    qint64 processIdentifier = 0;
+    // The file it was started from; it ends in " (deleted)" when that file is gone.
+    QString executablePath;
+};
+
+// The desktop around the application: opening URLs, showing files in the file manager, the
+// Trash, and the user's running programs.
 class NSWorkspace {
 public:
     static NSWorkspace& sharedWorkspace();
@@ -26,6 +34,14 @@ public:
     // The same, but the application starts only once the process with the given id has ended,
     // so that it can take over what that process holds (its bus name, its place on disk).
     bool launchApplicationAfterProcessExits(const QString& bundlePath, qint64 processId);
+
+    // Moves the file or folder into the freedesktop Trash (the home's, or the one at the top of
+    // its volume), from where the file manager can put it back. False, with the reason in error,
+    // when it could not.
+    bool recycle(const QString& path, QString* error = nullptr);
+
+    // The processes of the current user whose executable can be read (/proc/<pid>/exe).
+    QList<NSRunningApplication> runningApplications() const;
 
 private:
     NSWorkspace() = default;
