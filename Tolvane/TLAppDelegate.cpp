@@ -6,6 +6,7 @@
 #include "Localization.h"
 #include "NSAlert.h"
 #include "NSException.h"
+#include "PFMoveApplication.h"
 #include "QXAboutWindowController.h"
 #include "QXUtilities.h"
 #include "QXVersionInfo.h"
@@ -61,6 +62,7 @@ void TLAppDelegate::applicationWillFinishLaunching()
 
     if (!VTOperatingSystemIsCompatibleCompatible())
         runIncompatibilityAlertAndExit();
+    PFMoveToApplicationsFolderIfNecessary();
 }
 
 void TLAppDelegate::runIncompatibilityAlertAndExit()

@@ -21,7 +21,9 @@ public:
     ~TLAppDelegate() override;
 
     // Registers the URL handler and the preview settings' defaults, then tests the system: on an
-    // unsupported one it shows the incompatibility alert and ends the process with status 0.
+    // unsupported one it shows the incompatibility alert and ends the process with status 0; on
+    // a supported one it offers to move the application into the Applications folder, which may
+    // end the process too.
     void applicationWillFinishLaunching();
     // Turns automatic checks on when never set, starts the background check where the launch
     // rule allows it, and records the application's version.

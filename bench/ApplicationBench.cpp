@@ -96,6 +96,16 @@ int main(int argc, char** argv)
     qputenv("HOME", home.path().toUtf8());
     qputenv("XDG_DATA_HOME", (home.path() + "/.local/share").toUtf8());
     qputenv("QT_QPA_PLATFORM", "xcb");
+    // The bundle in the build folder would first offer to move itself to the Applications folder.
+    QDir().mkpath(home.path() + "/.local/share/Preferences");
+    QFile preferences(home.path() + "/.local/share/Preferences/app.tolvane.Tolvane.plist");
+    if (!preferences.open(QIODevice::WriteOnly)
+        || preferences.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">"
+                             "<dict><key>moveToApplicationsFolderAlertSuppress</key><true/></dict>"
+                             "</plist>\n")
+            < 0)
+        return 1;
+    preferences.close();
 
     double bestTolvane = 0;
     double bestMinimal = 0;

@@ -23,6 +23,8 @@ home=$(mktemp -d)
 export HOME="$home" XDG_DATA_HOME="$home/.local/share" XDG_CONFIG_HOME="$home/.config"
 export QT_QPA_PLATFORM=xcb
 trap 'kill $pid 2>/dev/null || true; rm -rf "$home"' EXIT
+"$build/Tolvane.app/Contents/Linux/tolvane-defaults" write app.tolvane.Tolvane \
+    moveToApplicationsFolderAlertSuppress -bool true
 
 window_of() {
     for _ in $(seq 1 100); do

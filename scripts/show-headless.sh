@@ -9,9 +9,16 @@ name=$(basename "$file")
 out="$build/screenshots"
 mkdir -p "$out"
 
+# A home of its own, where the copy in the build folder does not first offer to move itself
+# into the Applications folder, and whose desktop registration goes away afterwards.
+home=$(mktemp -d)
+export HOME="$home" XDG_DATA_HOME="$home/.local/share" XDG_CONFIG_HOME="$home/.config"
+"$build/Tolvane.app/Contents/Linux/tolvane-defaults" write app.tolvane.Tolvane \
+    moveToApplicationsFolderAlertSuppress -bool true
+
 "$build/Tolvane.app/Contents/Linux/Tolvane" "$file" &
 pid=$!
-trap 'kill $pid 2>/dev/null || true' EXIT
+trap 'kill $pid 2>/dev/null || true; rm -rf "$home"' EXIT
 
 for _ in $(seq 1 150); do
     window=$(xwininfo -root -tree | awk -v name="\"$name\"" 'index($0, name) { print $1; exit }')

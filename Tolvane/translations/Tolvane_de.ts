@@ -183,4 +183,39 @@
         <translation>Nur Dateien auf diesem Computer können geöffnet werden.</translation>
     </message>
 </context>
+<context>
+    <name>MoveApplication</name>
+    <message>
+        <source>Move to Applications folder in your Home folder?</source>
+        <translation>In den Ordner „Programme“ in Ihrem persönlichen Ordner verschieben?</translation>
+    </message>
+    <message>
+        <source>Move to Applications folder?</source>
+        <translation>In den Ordner „Programme“ verschieben?</translation>
+    </message>
+    <message>
+        <source>I can move myself to the Applications folder if you&apos;d like.</source>
+        <translation>Wenn Sie möchten, verschiebe ich mich in den Ordner „Programme“.</translation>
+    </message>
+    <message>
+        <source>Note that this will require an administrator password.</source>
+        <translation>Dazu ist ein Administratorpasswort nötig.</translation>
+    </message>
+    <message>
+        <source>This will keep your Downloads folder uncluttered.</source>
+        <translation>So bleibt Ihr Ordner „Downloads“ aufgeräumt.</translation>
+    </message>
+    <message>
+        <source>Move to Applications Folder</source>
+        <translation>In „Programme“ verschieben</translation>
+    </message>
+    <message>
+        <source>Do Not Move</source>
+        <translation>Nicht verschieben</translation>
+    </message>
+    <message>
+        <source>Could not move to Applications folder</source>
+        <translation>Das Verschieben in den Ordner „Programme“ ist fehlgeschlagen</translation>
+    </message>
+</context>
 </TS>

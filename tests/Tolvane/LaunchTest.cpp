@@ -98,9 +98,17 @@ TEST(UnsupportedSystem, CheckForUpdateOpensTheWebsiteAndCancelOpensNothing)
     EXPECT_EQ(opener.recordedArguments(), QStringList { "https://tolvane.example/" });
 }
 
+// The test bundle is outside any Applications folder: without the suppress key the launch would
+// first offer to move it.
+void suppressMoveOffer()
+{
+    UserDefaults::standardUserDefaults().setBool(true, "moveToApplicationsFolderAlertSuppress");
+}
+
 TEST(SupportedSystem, RegistersTheHandlerAndTheSettingsAndGoesOn)
 {
     qputenv("TOLVANE_SYSTEM_VERSION", "3.10.0");
+    suppressMoveOffer();
     TLAppDelegate delegate;
     delegate.applicationWillFinishLaunching();
     EXPECT_TRUE(NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing"));
@@ -116,6 +124,7 @@ TEST(SupportedSystem, APreferencesFileItCannotReadDoesNotStopTheLaunch)
     qputenv("TOLVANE_SYSTEM_VERSION", "3.10.0");
     ASSERT_TRUE(PropertyList::writeXmlAtomically(
         QVariantMap { { "Preferences Version", 2.0 } }, VTPreferencesPath()));
+    suppressMoveOffer();
     TLAppDelegate delegate;
     delegate.applicationWillFinishLaunching();
     EXPECT_TRUE(NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing"));

@@ -67,6 +67,15 @@ QByteArray readFile(const QString& path)
 
 QString dataPath(const QString& name) { return QStringLiteral(TOLVANE_TEST_DATA "/") + name; }
 
+void suppressMoveToApplicationsOffer()
+{
+    writeFile(userLibrary() + "/Preferences/app.tolvane.Tolvane.plist",
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<plist version=\"1.0\"><dict>"
+        "<key>moveToApplicationsFolderAlertSuppress</key><true/>"
+        "</dict></plist>\n");
+}
+
 bool waitUntil(const std::function<bool()>& condition, int milliseconds)
 {
     const QDeadlineTimer deadline(milliseconds);

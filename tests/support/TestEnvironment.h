@@ -27,6 +27,10 @@ QByteArray readFile(const QString& path);
 // A file of the shared test data (tests/data).
 QString dataPath(const QString& name);
 
+// Stores in the temporary home that the application should never offer to move itself into the
+// Applications folder, for tests that start a Tolvane.app from outside one.
+void suppressMoveToApplicationsOffer();
+
 // Runs the event loop, deferred deletions included, until the condition holds; false when the time
 // is up first. Works with and without a QApplication.
 bool waitUntil(const std::function<bool()>& condition, int milliseconds);

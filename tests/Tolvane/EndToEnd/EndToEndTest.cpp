@@ -36,6 +36,8 @@ protected:
         ASSERT_FALSE(qgetenv("DISPLAY").isEmpty()) << "needs an X server (xvfb-run)";
         environment = QProcessEnvironment::systemEnvironment();
         environment.insert("QT_QPA_PLATFORM", "xcb");
+        // The bundle in the build folder is outside any Applications folder.
+        TestEnvironment::suppressMoveToApplicationsOffer();
         document = TestEnvironment::home() + "/Poster one.eps";
         TestEnvironment::writeFile(document, "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 10 10\n");
     }
