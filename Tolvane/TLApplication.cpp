@@ -4,9 +4,11 @@
 #include "AppleEventManager.h"
 #include "ApplicationInstance.h"
 #include "Bundle.h"
+#include "DesktopRegistration.h"
 #include "Localization.h"
 #include "SUStandardUserDriver.h"
 #include "SUUpdater.h"
+#include "SystemLog.h"
 #include "TLAppDelegate.h"
 #include "TLDocument.h"
 #include "TLDocumentController.h"
@@ -15,6 +17,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QMainWindow>
+#include <QTextStream>
 #include <QTimer>
 #include <QUrl>
 
@@ -50,10 +53,20 @@ TLApplication::~TLApplication() { SUUpdater::sharedUpdater()->setUserDriver(null
 int TLApplication::run()
 {
     const QStringList arguments = m_application.arguments().mid(1);
+    // Another copy than the running one (one just downloaded, while the installed one runs) is
+    // another program to the desktop: it may offer to move itself, which hands over to the
+    // running copy, before it hands its arguments over as any later launch does.
+    const QString runningCopy = m_instance->ownerExecutable();
+    const bool launchedBeforeClaim
+        = !runningCopy.isEmpty() && runningCopy != QCoreApplication::applicationFilePath();
+    if (launchedBeforeClaim)
+        m_delegate->applicationWillFinishLaunching();
     if (m_instance->claim(arguments) == ApplicationInstance::Role::Forwarded)
         return 0;
 
-    m_delegate->applicationWillFinishLaunching();
+    if (!launchedBeforeClaim)
+        m_delegate->applicationWillFinishLaunching();
+    registerWithDesktop();
     openArguments(arguments);
     m_delegate->applicationDidFinishLaunching();
 
@@ -73,6 +86,16 @@ void TLApplication::openArguments(const QStringList& arguments)
         else
             NSAppleEventManager::sharedAppleEventManager().dispatchGetURL(uri);
     }
+}
+
+// Started from anywhere, the application tells the desktop where it is now, so that its files,
+// its links and its menu entry lead here.
+void TLApplication::registerWithDesktop()
+{
+    const auto outcome = DesktopRegistration::updateRegistrationAtLaunch(Bundle::mainBundle());
+    if (!outcome.error.isEmpty())
+        NSLog(QStringLiteral("WARNING -- the desktop was not told where Tolvane is: %1")
+                  .arg(outcome.error));
 }
 
 void TLApplication::bringForward()
@@ -99,8 +122,33 @@ void TLApplication::quitWhenNothingIsShown()
     });
 }
 
+namespace {
+
+// Tolvane --unregister: takes back what starting Tolvane.app from the user's files told the
+// desktop. Needs no display.
+int unregisterFromDesktop(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    const QString identifier = Bundle::mainBundle().bundleIdentifier();
+    const auto outcome = DesktopRegistration::unregister(identifier);
+    QTextStream out(stdout);
+    for (const QString& path : outcome.changedFiles)
+        out << "removed " << path << Qt::endl;
+    if (!outcome.error.isEmpty()) {
+        QTextStream(stderr) << "Tolvane: " << outcome.error << Qt::endl;
+        return 1;
+    }
+    if (outcome.changedFiles.isEmpty())
+        out << identifier << " was not registered" << Qt::endl;
+    return 0;
+}
+
+}
+
 int NSApplicationMain(int argc, char** argv)
 {
+    if (argc == 2 && qstrcmp(argv[1], "--unregister") == 0)
+        return unregisterFromDesktop(argc, argv);
     QApplication application(argc, argv);
     const QVariantMap info = Bundle::mainBundle().infoDictionary();
     QApplication::setApplicationName(info.value(QStringLiteral("CFBundleName")).toString());

@@ -32,6 +32,7 @@ public:
     TLMainMenu& mainMenu() const { return *m_menu; }
 
 private:
+    void registerWithDesktop();
     void bringForward();
     void quitWhenNothingIsShown();
 
@@ -43,5 +44,6 @@ private:
     std::unique_ptr<SUUserDriver> m_updaterWindows;
 };
 
-// Makes the application object and runs it; what main() hands over to.
+// Makes the application object and runs it; what main() hands over to. "--unregister" alone
+// removes the desktop registration instead.
 int NSApplicationMain(int argc, char** argv);
