@@ -46,8 +46,10 @@ QString localFolder(NSSearchPathDirectory directory)
 
 QString systemFolder(NSSearchPathDirectory directory)
 {
-    return directory == NSApplicationDirectory ? QStringLiteral(TOLVANE_SYSTEM_APPLICATIONS)
-                                               : QString();
+    if (directory != NSApplicationDirectory)
+        return {};
+    return environmentFolder(
+        "TOLVANE_SYSTEM_APPLICATIONS", QStringLiteral(TOLVANE_SYSTEM_APPLICATIONS));
 }
 
 QString abbreviateTilde(const QString& path)

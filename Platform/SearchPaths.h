@@ -8,8 +8,8 @@
 //   Applications: user ~/Applications, local /opt, system the folder that the installation
 //                 (cmake --install, the Debian package) puts Tolvane.app into
 //   Downloads:    the XDG user folder DOWNLOAD (user domain only; none when it is the home)
-// The local domain's folders can be moved with TOLVANE_LOCAL_LIBRARY and
-// TOLVANE_LOCAL_APPLICATIONS, so that a machine-wide installation can be tried without root.
+// The machine's folders can be moved with TOLVANE_LOCAL_LIBRARY, TOLVANE_LOCAL_APPLICATIONS and
+// TOLVANE_SYSTEM_APPLICATIONS, so that a machine-wide installation can be tried without root.
 
 enum NSSearchPathDomainMask : unsigned {
     NSUserDomainMask = 1,

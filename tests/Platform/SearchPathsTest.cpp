@@ -47,6 +47,26 @@ TEST(SearchPaths, ApplicationsAndDownloads)
         QStringList { TestEnvironment::home() + "/Fetched" });
 }
 
+TEST(SearchPaths, TheSystemApplicationsFolderIsWhereTheInstallationPutsTheBundle)
+{
+    qunsetenv("TOLVANE_SYSTEM_APPLICATIONS");
+    EXPECT_EQ(NSSearchPathForDirectoriesInDomains(NSApplicationDirectory, NSAllDomainsMask, true),
+        (QStringList { TestEnvironment::home() + "/Applications",
+            qEnvironmentVariable("TOLVANE_LOCAL_APPLICATIONS"), TOLVANE_INSTALLED_BUNDLE_FOLDER }));
+    // The system domain has Applications only.
+    EXPECT_EQ(NSSearchPathForDirectoriesInDomains(NSLibraryDirectory, NSSystemDomainMask, true),
+        QStringList {});
+}
+
+TEST(SearchPaths, ADownloadsFolderSetToTheHomeFolderIsNone)
+{
+    // What xdg-user-dirs writes when the user removed the folder.
+    TestEnvironment::writeFile(TestEnvironment::home() + "/.config/user-dirs.dirs",
+        "XDG_DOWNLOAD_DIR=\"$HOME/\"\n");
+    EXPECT_EQ(NSSearchPathForDirectoriesInDomains(NSDownloadsDirectory, NSAllDomainsMask, true),
+        QStringList {});
+}
+
 TEST(SearchPaths, TildeExpansion)
 {
     EXPECT_EQ(stringByExpandingTildeInPath("~"), TestEnvironment::home());

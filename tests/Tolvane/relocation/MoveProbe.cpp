@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The application itself, with a hand that answers its windows, for the tests of the move into
+// the Applications folder. It runs exactly as Tolvane does, and notes into $MOVE_PROBE_LOG, one
+// line each:
+//   start <bundle path>                     at start-up
+//   alert | <message> | <informative text> | <buttons, default first> | escape <title> | box
+//   <title> window <class>                          another window shown: the launch went on
+//   end                                     the event loop ended
+// $MOVE_PROBE_ANSWER tells how to answer the question: "move", "stay" (Escape), "stay-for-good"
+// (tick the check box, then Escape) or "keep" (answer nothing, leave the windows open). A failure
+// alert is acknowledged. Other windows are closed, so that the launch ends by itself, except with
+// "keep".
+#include "Bundle.h"
+#include "TLApplication.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialog>
+#include <QFile>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+
+namespace {
+
+void note(const QString& line)
+{
+    QFile log(qEnvironmentVariable("MOVE_PROBE_LOG"));
+    if (log.open(QIODevice::Append))
+        log.write((line + u'\n').toUtf8());
+}
+
+QString answer() { return qEnvironmentVariable("MOVE_PROBE_ANSWER"); }
+
+void noteAlert(QMessageBox* box)
+{
+    QStringList buttons;
+    if (box->defaultButton())
+        buttons << box->defaultButton()->text();
+    for (QAbstractButton* button : box->buttons()) {
+        if (button != box->defaultButton())
+            buttons << button->text();
+    }
+    note(QStringList { QStringLiteral("alert"), box->text(), box->informativeText(),
+        buttons.join(u','),
+        QStringLiteral("escape ") + (box->escapeButton() ? box->escapeButton()->text() : QString()),
+        QStringLiteral("box ") + (box->checkBox() ? box->checkBox()->text() : QString()) }
+             .join(QStringLiteral(" | ")));
+}
+
+void answerAlert(QMessageBox* box)
+{
+    // The question is the alert with the check box.
+    if (!box->checkBox() || answer() == u"move") {
+        box->defaultButton()->click();
+        return;
+    }
+    if (answer() == u"keep")
+        return;
+    if (answer() == u"stay-for-good")
+        box->checkBox()->setChecked(true);
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QCoreApplication::sendEvent(box, &escape);
+}
+
+class Hand : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* widget = qobject_cast<QWidget*>(watched);
+        if (event->type() != QEvent::Show || !widget || !widget->isWindow())
+            return false;
+        if (auto* box = qobject_cast<QMessageBox*>(widget)) {
+            noteAlert(box);
+            QMetaObject::invokeMethod(
+                box, [box = QPointer(box)] { answerAlert(box); }, Qt::QueuedConnection);
+            return false;
+        }
+        note(QStringLiteral("window ") + QString::fromLatin1(widget->metaObject()->className()));
+        if (answer() != u"keep")
+            QMetaObject::invokeMethod(
+                widget,
+                [widget = QPointer(widget)] {
+                    if (auto* dialog = qobject_cast<QDialog*>(widget.get()))
+                        dialog->reject();
+                    else if (widget)
+                        widget->close();
+                },
+                Qt::QueuedConnection);
+        return false;
+    }
+};
+
+void installHand()
+{
+    note(QStringLiteral("start ") + Bundle::mainBundle().bundlePath());
+    auto* hand = new Hand(qApp);
+    qApp->installEventFilter(hand);
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, [] { note(QStringLiteral("end")); });
+}
+
+}
+
+Q_COREAPP_STARTUP_FUNCTION(installHand)
+
+int main(int argc, char** argv) { return NSApplicationMain(argc, argv); }
