@@ -207,7 +207,6 @@ QString packageWithout(const QString& packageText, const QSet<QString>& knownTyp
     QXmlStreamReader reader(packageText);
     QString package;
     qsizetype copiedUpTo = 0;
-    qsizetype previousTokenEnd = 0;
     bool isPackage = false;
     int keptTypes = 0;
     while (!reader.atEnd()) {
@@ -216,14 +215,16 @@ QString packageWithout(const QString& packageText, const QSet<QString>& knownTyp
             isPackage = true;
         } else if (reader.isStartElement() && reader.name() == u"mime-type") {
             if (knownTypes.contains(reader.attributes().value(QLatin1String("type")).toString())) {
-                package += packageText.mid(copiedUpTo, previousTokenEnd - copiedUpTo);
+                // The reader stands after the start tag; the element's text begins at its "<".
+                const qsizetype start = packageText.lastIndexOf(
+                    QStringLiteral("<mime-type"), reader.characterOffset());
+                package += packageText.mid(copiedUpTo, start - copiedUpTo);
                 reader.skipCurrentElement();
                 copiedUpTo = reader.characterOffset();
             } else {
                 ++keptTypes;
             }
         }
-        previousTokenEnd = reader.characterOffset();
     }
     if (reader.hasError() || !isPackage || keptTypes == 0)
         return {};

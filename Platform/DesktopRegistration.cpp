@@ -116,6 +116,15 @@ namespace {
         return known;
     }
 
+    // Rebuilds the database; the tool leaves the folder of a media type behind (application/,
+    // say) when it no longer defines anything there.
+    void rebuildMimeDatabaseAfterRemoval(const QString& mime)
+    {
+        runCacheTool("update-mime-database", mime);
+        for (const QString& folder : QDir(mime).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+            QDir(mime).rmdir(folder);
+    }
+
     bool holdsEntries(const QString& mimeCache)
     {
         const QByteArray contents = contentsOf(mimeCache);
@@ -145,8 +154,10 @@ Outcome registerBundle(const Bundle& bundle)
         outcome.error = QStringLiteral("%1 is not an application bundle").arg(bundle.bundlePath());
         return outcome;
     }
-    if (std::any_of(
-            executable.begin(), executable.end(), [](QChar c) { return c.unicode() < 0x20; })) {
+    // A line break ends the service file's line; GIO takes a program path with the escaped "%%"
+    // of desktop entries as it stands and finds no such program.
+    if (std::any_of(executable.begin(), executable.end(),
+            [](QChar c) { return c.unicode() < 0x20 || c == u'%'; })) {
         outcome.error = QStringLiteral("a desktop entry cannot name %1").arg(executable);
         return outcome;
     }
@@ -197,7 +208,7 @@ Outcome unregister(const QString& bundleIdentifier)
         if (QDir(places.mime + QStringLiteral("/packages")).isEmpty())
             QDir(places.mime).removeRecursively();
         else
-            runCacheTool("update-mime-database", places.mime);
+            rebuildMimeDatabaseAfterRemoval(places.mime);
     }
     const QString mimeCache = places.applications + QStringLiteral("/mimeinfo.cache");
     if (outcome.changedFiles.contains(places.entry) && QFileInfo::exists(mimeCache)) {

@@ -29,8 +29,8 @@ struct Outcome {
 };
 
 // Writes what differs from the bundle's registration; a start from the same place changes
-// nothing. Bundles whose executable path holds a control character (a newline, say) cannot be
-// named in a desktop entry and are not registered.
+// nothing. Bundles whose executable path holds a control character (a newline, say) or a "%"
+// cannot be named in a desktop entry that every desktop reads, and are not registered.
 Outcome registerBundle(const Bundle& bundle);
 
 // Removes the files of the identifier's registration and updates the caches, leaving the

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Bundle.h"
 #include "Localization.h"
+
+#include "Bundle.h"
 #include "TestEnvironment.h"
 
 #include <QCoreApplication>

@@ -61,8 +61,8 @@ TEST(SearchPaths, TheSystemApplicationsFolderIsWhereTheInstallationPutsTheBundle
 TEST(SearchPaths, ADownloadsFolderSetToTheHomeFolderIsNone)
 {
     // What xdg-user-dirs writes when the user removed the folder.
-    TestEnvironment::writeFile(TestEnvironment::home() + "/.config/user-dirs.dirs",
-        "XDG_DOWNLOAD_DIR=\"$HOME/\"\n");
+    TestEnvironment::writeFile(
+        TestEnvironment::home() + "/.config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"$HOME/\"\n");
     EXPECT_EQ(NSSearchPathForDirectoriesInDomains(NSDownloadsDirectory, NSAllDomainsMask, true),
         QStringList {});
 }

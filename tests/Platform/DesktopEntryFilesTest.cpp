@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "DesktopEntryFiles.h"
+
+#include "PropertyList.h"
+#include "TestEnvironment.h"
+
+#include <QFile>
+#include <QProcess>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace DesktopEntryFiles;
+
+QString run(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    process.waitForFinished(60000);
+    return process.exitCode() == 0 ? QString() : QString::fromUtf8(process.readAll());
+}
+
+// What the desktop reads: desktop-file-validate accepts the entry and GIO starts the program
+// under its odd path with the file given.
+TEST(DesktopEntryFiles, AnExecutableWithBlanksQuotesAndDollarsStartsFromTheEntry)
+{
+    const QString program = TestEnvironment::home() + "/My Apps/it's \"$HOME\" `x` \\ (1)/Tolvane";
+    const QString record = TestEnvironment::home() + "/arguments";
+    TestEnvironment::writeFile(
+        program, "#!/bin/sh\nprintf '%s\\n' \"$0\" \"$@\" > '" + QFile::encodeName(record) + "'\n");
+    QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QString entryPath = TestEnvironment::home() + "/tolvane.desktop";
+    const QString entry = desktopEntry(QString(), "Tolvane", program, { "image/x-eps" }, QString());
+    TestEnvironment::writeFile(entryPath, entry.toUtf8());
+
+    EXPECT_EQ(run("desktop-file-validate", { entryPath }), "");
+    EXPECT_EQ(desktopEntryValue(entry, "TryExec"), program);
+    EXPECT_EQ(run("gio", { "launch", entryPath, "/tmp/a b.eps" }), "");
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return QFile::exists(record); }, 30000));
+    EXPECT_TRUE(TestEnvironment::waitUntil(
+        [&] {
+            return TestEnvironment::readFile(record) == (program + "\n/tmp/a b.eps\n").toUtf8();
+        },
+        30000))
+        << TestEnvironment::readFile(record).toStdString();
+}
+
+TEST(DesktopEntryFiles, TheTemplateKeepsItsKeysButThoseOfTheBundle)
+{
+    const QString entry = desktopEntry("# comment\n[Desktop Entry]\nName=Tolvane\nExec=tolvane %U\n"
+                                       "Exec[de]=tolvane\nIcon=old\nTerminal=false\n\n"
+                                       "[Desktop Action New]\nExec=tolvane --new\n",
+        "ignored", "/opt/Tolvane.app/Contents/Linux/Tolvane", { "a/b", "x-scheme-handler/c" },
+        "app.tolvane.Tolvane");
+    EXPECT_EQ(entry,
+        "# comment\n[Desktop Entry]\nName=Tolvane\nTerminal=false\n"
+        "Exec=/opt/Tolvane.app/Contents/Linux/Tolvane %U\n"
+        "TryExec=/opt/Tolvane.app/Contents/Linux/Tolvane\nMimeType=a/b;x-scheme-handler/c;\n"
+        "Icon=app.tolvane.Tolvane\n\n[Desktop Action New]\nExec=tolvane --new\n");
+    EXPECT_EQ(desktopEntry(QString(), "Tolvane", "/T", {}, QString()),
+        "[Desktop Entry]\nType=Application\nName=Tolvane\nExec=/T %U\nTryExec=/T\n");
+}
+
+TEST(DesktopEntryFiles, TheApplicationClaimsItsDocumentTypesAndItsScheme)
+{
+    const QVariantMap info = PropertyList::fromData(
+        TestEnvironment::readFile(TOLVANE_APP_BUNDLE "/Contents/Info.plist"))
+                                 ->toMap();
+    const QStringList types = claimedMimeTypes(info);
+    for (const char* type : { "application/illustrator", "application/x-indesign", "image/x-eps",
+             "application/x-adobe-ase", "x-scheme-handler/tolvane" })
+        EXPECT_TRUE(types.contains(type)) << type;
+    EXPECT_EQ(types.size(), QSet<QString>(types.begin(), types.end()).size());
+}
+
+TEST(DesktopEntryFiles, ThePackageKeepsOnlyWhatTheMachineDoesNotKnow)
+{
+    const QString package = QString::fromUtf8(TestEnvironment::readFile(
+        TOLVANE_APP_BUNDLE "/Contents/Resources/app.tolvane.Tolvane-mime.xml"));
+    const QStringList defined = definedMimeTypes(package);
+    ASSERT_TRUE(defined.contains("application/x-indesign"));
+
+    const QString rest = packageWithout(package, { "application/x-indesign" });
+    QStringList expected = defined;
+    expected.removeAll("application/x-indesign");
+    EXPECT_EQ(definedMimeTypes(rest), expected);
+    // What is left is a package the MIME database takes.
+    const QString folder = TestEnvironment::home() + "/mime";
+    TestEnvironment::writeFile(folder + "/packages/rest.xml", rest.toUtf8());
+    EXPECT_EQ(run("update-mime-database", { folder }), "");
+    EXPECT_TRUE(TestEnvironment::readFile(folder + "/types").contains("application/x-adobe-ase"));
+    EXPECT_FALSE(TestEnvironment::readFile(folder + "/types").contains("application/x-indesign\n"));
+
+    EXPECT_TRUE(packageWithout(package, QSet<QString>(defined.begin(), defined.end())).isNull());
+    EXPECT_TRUE(packageWithout("<plist/>", {}).isNull());
+}
+
+}
