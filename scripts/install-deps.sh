@@ -16,6 +16,11 @@ packages=(
     python3 dbus dbus-x11 xvfb xauth x11-utils xdotool ghostscript fonts-dejavu-core
     poppler-utils qt6-image-formats-plugins clang libclang-rt-14-dev
     desktop-file-utils libxml2-utils shared-mime-info zlib1g-dev
+    # the desktop's own tools, as the registration tests use them (xdg-open tells a file's type
+    # with mimetype from libfile-mimeinfo-perl)
+    xdg-utils libglib2.0-bin libfile-mimeinfo-perl
+    # the Debian package and its checks
+    dpkg-dev lintian
 )
 
 missing=()

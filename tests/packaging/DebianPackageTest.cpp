@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The Debian package, made with CPack as the README says, into a folder of the test's own.
+#include "TestEnvironment.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Result {
+    int status = -1;
+    QString output;
+};
+
+Result run(const QString& program, const QStringList& arguments,
+    const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(program, arguments);
+    if (!process.waitForFinished(240000))
+        return {};
+    return { process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+        QString::fromUtf8(process.readAll()) };
+}
+
+// The paths in the package, as dpkg-deb lists them ("./usr/bin/tolvane -> ..." gives
+// "usr/bin/tolvane").
+QStringList packagedPaths(const QString& listing)
+{
+    QStringList paths;
+    for (const QString& line : listing.split('\n', Qt::SkipEmptyParts)) {
+        QString path = line.section(' ', 5, -1, QString::SectionSkipEmpty).section(" -> ", 0, 0);
+        path = path.mid(2);
+        if (path.endsWith('/'))
+            path.chop(1);
+        if (!path.isEmpty())
+            paths << path;
+    }
+    paths.sort();
+    return paths;
+}
+
+QStringList installedPaths(const QString& root)
+{
+    QStringList paths;
+    QDirIterator it(root, QDir::AllEntries | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot,
+        QDirIterator::Subdirectories);
+    while (it.hasNext())
+        paths << it.next().mid(root.size() + 1);
+    paths.sort();
+    return paths;
+}
+
+TEST(DebianPackage, HoldsWhatTheInstallationInstallsWithItsDependenciesAndPassesLintian)
+{
+    const QString work = TestEnvironment::home() + "/package";
+    const Result packed = run(
+        "cpack", { "-G", "DEB", "--config", TOLVANE_BUILD_DIR "/CPackConfig.cmake", "-B", work });
+    ASSERT_EQ(packed.status, 0) << packed.output.toStdString();
+    const QString architecture = run("dpkg", { "--print-architecture" }).output.trimmed();
+    const QString deb = QString("%1/tolvane_%2_%3.deb").arg(work, TOLVANE_VERSION, architecture);
+    ASSERT_TRUE(QFileInfo::exists(deb)) << packed.output.toStdString();
+
+    EXPECT_EQ(run("dpkg-deb", { "--field", deb, "Package" }).output, "tolvane\n");
+    const QString depends = run("dpkg-deb", { "--field", deb, "Depends" }).output;
+    // Ghostscript by name; the libraries as dpkg-shlibdeps found them in the programs.
+    for (const char* package : { "ghostscript", "libc6 (", "libqt6core6 (", "libqt6widgets6 (",
+             "libqt6dbus6 (", "libplist3 (", "libpoppler-qt6-3 (" })
+        EXPECT_TRUE(depends.contains(package)) << package << " in " << depends.toStdString();
+
+    QProcessEnvironment staged = QProcessEnvironment::systemEnvironment();
+    staged.insert("DESTDIR", TestEnvironment::home() + "/staged");
+    ASSERT_EQ(run("cmake", { "--install", TOLVANE_BUILD_DIR, "--strip" }, staged).status, 0);
+    const QStringList paths = packagedPaths(run("dpkg-deb", { "--contents", deb }).output);
+    EXPECT_EQ(paths, installedPaths(TestEnvironment::home() + "/staged"));
+    // The bundle goes into the system domain's Applications folder: it never offers to move.
+    const QString bundle = QString(TOLVANE_SYSTEM_APPLICATIONS).mid(1) + "/Tolvane.app";
+    for (const QString& path : { bundle + "/Contents/Linux/Tolvane", QString("usr/bin/tolvane"),
+             QString("usr/share/applications/app.tolvane.Tolvane.desktop"),
+             QString("usr/share/dbus-1/services/app.tolvane.Tolvane.service"),
+             QString("usr/share/thumbnailers/tolvane-thumbnailer.thumbnailer"),
+             QString("usr/share/doc/tolvane/copyright") })
+        EXPECT_TRUE(paths.contains(path)) << path.toStdString();
+
+    const Result lint = run("lintian", { "--fail-on", "error", deb });
+    EXPECT_EQ(lint.status, 0) << lint.output.toStdString();
+}
+
+}
