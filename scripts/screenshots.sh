@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Takes screenshots of Tolvane's windows under Xvfb, for a person to look at: the document window,
-# the preferences window at each pane, the about window, and a preview of each kind of file.
+# the preferences window at each pane, the about window, a preview of each kind of file, and the
+# offer to move into the Applications folder (from a home folder, from Downloads, and needing an
+# administrator).
 # Pictures go to build/screenshots/.
 # Usage: scripts/screenshots.sh [DOCUMENT]   (after a build)
 set -euo pipefail
@@ -72,4 +74,35 @@ for file in generator/illustrator-like-5-pages.ai formats/samples/illustrator88.
     sleep 3
     "$shot" "$out/preview-${name%.*}-${name##*.}.png"
 done
+kill $pid 2>/dev/null || true
+
+# The offer to move into the Applications folder, made by a copy outside one: in a home folder,
+# in the Downloads folder, and with an Applications folder that needs an administrator (root
+# writes everywhere, so as root the copy runs in a user namespace, where it does not).
+move_alert() { # NAME FOLDER-IN-HOME [COMMAND-PREFIX...]
+    local name=$1 folder=$2
+    shift 2
+    local place
+    place=$(mktemp -d)
+    HOME="$place" XDG_DATA_HOME="$place/.local/share" XDG_CONFIG_HOME="$place/.config"
+    mkdir -p "$place/$folder" "$place/Applications folder" "$XDG_CONFIG_HOME"
+    echo 'XDG_DOWNLOAD_DIR="$HOME/Downloads"' > "$XDG_CONFIG_HOME/user-dirs.dirs"
+    cp -R "$build/Tolvane.app" "$place/$folder/"
+    TOLVANE_LOCAL_APPLICATIONS="$place/Applications folder" \
+        "$@" "$place/$folder/Tolvane.app/Contents/Linux/Tolvane" &
+    pid=$!
+    sleep 3
+    "$shot" "$out/move-alert-$name.png" "$(window_of '^Tolvane$')"
+    kill $pid
+    wait $pid 2>/dev/null || true
+    chmod -R u+w "$place"
+    rm -rf "$place"
+}
+export HOME XDG_DATA_HOME XDG_CONFIG_HOME
+move_alert plain "Tools"
+move_alert downloads "Downloads"
+as_user=()
+[ "$(id -u)" -eq 0 ] && as_user=(unshare --user)
+move_alert administrator "Downloads" sh -c 'chmod a-w "$TOLVANE_LOCAL_APPLICATIONS"; exec "$@"' sh \
+    "${as_user[@]}"
 echo "screenshots in $out"
