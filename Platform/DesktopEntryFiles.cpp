@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DesktopEntryFiles.h"
 
+#include "UniformTypeIdentifiers.h"
+
 #include <QHash>
 #include <QRegularExpression>
 #include <QXmlStreamReader>
@@ -10,33 +12,6 @@ namespace DesktopEntryFiles {
 namespace {
 
     const QString entryGroup = QStringLiteral("[Desktop Entry]");
-
-    QStringList stringOrStrings(const QVariant& value)
-    {
-        if (value.typeId() == QMetaType::QString)
-            return { value.toString() };
-        QStringList strings;
-        for (const QVariant& item : value.toList()) {
-            if (item.typeId() == QMetaType::QString)
-                strings << item.toString();
-        }
-        return strings;
-    }
-
-    QHash<QString, QStringList> mimeTypesByIdentifier(const QVariantMap& info)
-    {
-        QHash<QString, QStringList> types;
-        for (const char* key : { "UTImportedTypeDeclarations", "UTExportedTypeDeclarations" }) {
-            for (const QVariant& entry : info.value(QLatin1String(key)).toList()) {
-                const QVariantMap declaration = entry.toMap();
-                const QVariantMap tags
-                    = declaration.value(QStringLiteral("UTTypeTagSpecification")).toMap();
-                types[declaration.value(QStringLiteral("UTTypeIdentifier")).toString()]
-                    += stringOrStrings(tags.value(QStringLiteral("public.mime-type")));
-            }
-        }
-        return types;
-    }
 
     // A line "Key=value" or "Key[locale]=value" of the keys put in by desktopEntry().
     bool isReplacedKey(const QString& line)
@@ -171,20 +146,23 @@ QString desktopEntryValue(const QString& entryText, const QString& key)
 
 QStringList claimedMimeTypes(const QVariantMap& infoDictionary)
 {
-    const QHash<QString, QStringList> declared = mimeTypesByIdentifier(infoDictionary);
+    QHash<QString, QStringList> declared;
+    for (const UTType::Declaration& declaration : UTType::declarations(infoDictionary))
+        declared[declaration.identifier] += declaration.mimeTypes;
     QStringList types;
     for (const QVariant& entry :
         infoDictionary.value(QStringLiteral("CFBundleDocumentTypes")).toList()) {
         const QVariantMap documentType = entry.toMap();
-        types += stringOrStrings(documentType.value(QStringLiteral("CFBundleTypeMIMETypes")));
+        types
+            += UTType::stringOrStrings(documentType.value(QStringLiteral("CFBundleTypeMIMETypes")));
         for (const QString& identifier :
-            stringOrStrings(documentType.value(QStringLiteral("LSItemContentTypes"))))
+            UTType::stringOrStrings(documentType.value(QStringLiteral("LSItemContentTypes"))))
             types += declared.value(identifier);
     }
     for (const QVariant& entry :
         infoDictionary.value(QStringLiteral("CFBundleURLTypes")).toList()) {
         for (const QString& scheme :
-            stringOrStrings(entry.toMap().value(QStringLiteral("CFBundleURLSchemes"))))
+            UTType::stringOrStrings(entry.toMap().value(QStringLiteral("CFBundleURLSchemes"))))
             types += QStringLiteral("x-scheme-handler/") + scheme.toLower();
     }
     types.removeDuplicates();

@@ -14,19 +14,6 @@ namespace {
     const QString dynamicPrefix = QStringLiteral("dyn.a");
     const QString extensionTagPrefix = QStringLiteral("?0=6:1=");
 
-    // A tag value in a property list may be a single string or an array of strings.
-    QStringList stringOrStrings(const QVariant& value)
-    {
-        if (value.typeId() == QMetaType::QString)
-            return { value.toString() };
-        QStringList strings;
-        for (const QVariant& item : value.toList()) {
-            if (item.typeId() == QMetaType::QString)
-                strings << item.toString();
-        }
-        return strings;
-    }
-
     void appendDeclarations(const QVariant& list, QList<Declaration>& into)
     {
         for (const QVariant& entry : list.toList()) {
@@ -39,7 +26,8 @@ namespace {
                 = declaration.value(QStringLiteral("UTTypeTagSpecification")).toMap();
             into.append(
                 { identifier, declaration.value(QStringLiteral("UTTypeDescription")).toString(),
-                    stringOrStrings(tags.value(QStringLiteral("public.filename-extension"))) });
+                    stringOrStrings(tags.value(QStringLiteral("public.filename-extension"))),
+                    stringOrStrings(tags.value(QStringLiteral("public.mime-type"))) });
         }
     }
 
@@ -60,6 +48,18 @@ namespace {
         return names;
     }
 
+}
+
+QStringList stringOrStrings(const QVariant& value)
+{
+    if (value.typeId() == QMetaType::QString)
+        return { value.toString() };
+    QStringList strings;
+    for (const QVariant& item : value.toList()) {
+        if (item.typeId() == QMetaType::QString)
+            strings << item.toString();
+    }
+    return strings;
 }
 
 QList<Declaration> declarations(const QVariantMap& infoDictionary)

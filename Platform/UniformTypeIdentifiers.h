@@ -21,7 +21,12 @@ struct Declaration {
     // UTTypeDescription: the kind as people read it; empty when not declared.
     QString description;
     QStringList extensions;
+    // public.mime-type of its tags.
+    QStringList mimeTypes;
 };
+
+// A value of a property list that may be one string or an array of strings, as a list.
+QStringList stringOrStrings(const QVariant& value);
 
 // The imported and exported type declarations of an information dictionary, in that order.
 // Entries without an identifier are left out.
