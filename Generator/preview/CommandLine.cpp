@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "CommandLine.h"
 
+#include "CheckUpdateCommand.h"
 #include "FontLookup.h"
 #include "PreviewOutput.h"
 #include "PreviewerFactory.h"
@@ -17,7 +18,8 @@ namespace {
     constexpr int LargestThumbnail = 4096;
 
     const char* const Usage = "usage: vistrel-pro preview FILE [--uti UTI] --out DIR\n"
-                              "       vistrel-pro thumbnail FILE [--uti UTI] --size N --out PNG\n";
+                              "       vistrel-pro thumbnail FILE [--uti UTI] --size N --out PNG\n"
+                              "       vistrel-pro check-update [--auto]\n";
 
     struct Command {
         QString verb;
@@ -157,6 +159,8 @@ int runCommandLine(const QStringList& arguments, QTextStream& out, QTextStream& 
         out << Usage;
         return ExitSuccess;
     }
+    if (!arguments.isEmpty() && arguments[0] == u"check-update")
+        return runCheckUpdate(arguments.mid(1), out, err);
     QString problem;
     const std::optional<Command> command = parse(arguments, problem);
     if (!command) {

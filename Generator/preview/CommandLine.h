@@ -20,6 +20,7 @@ enum ExitStatus {
 // Runs one command (arguments without the program name):
 //   preview FILE [--uti UTI] --out DIR      DIR/index.html and its pictures
 //   thumbnail FILE [--uti UTI] --size N --out PNG   one PNG no larger than N×N
+//   check-update [--auto]                   asks whether a newer generator exists
 // Failures print one line "<words>: <reason>" to err.
 int runCommandLine(const QStringList& arguments, QTextStream& out, QTextStream& err);
 

@@ -3,6 +3,7 @@
 
 #include "HtmlPanels.h"
 #include "HtmlStyle.h"
+#include "VistrelUpdateURL.h"
 
 #include <cmath>
 
@@ -123,8 +124,9 @@ QString htmlPage(const PreviewContent& content, const PreviewSettings& settings,
         html += Html::linksPanel(content.links);
     if (settings.showColorSwatches)
         html += Html::swatchesPanel(content.swatchGroups, settings.swatchMode);
-    html += QStringLiteral("<footer><a href=\"%1\">Preview settings</a></footer>\n")
-                .arg(Html::SettingsUrl);
+    html += QStringLiteral("<footer><a href=\"%1\">Preview settings</a> · <a href=\"%2\">Check for "
+                           "Vistrel Pro updates</a></footer>\n")
+                .arg(Html::SettingsUrl, escape(VTUpdateURLStringForHTTP()));
     if (settings.useLoupe && !content.pages.empty())
         html += QStringLiteral("<div id=\"loupe\"></div>\n<script>%1</script>\n")
                     .arg(Html::loupeScript());

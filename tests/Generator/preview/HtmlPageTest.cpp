@@ -79,6 +79,10 @@ class GoldenPage : public testing::TestWithParam<GoldenCase> { };
 TEST_P(GoldenPage, MatchesTheGoldenFile)
 {
     const GoldenCase& c = GetParam();
+    // The footer's update link describes the machine; no generator is installed in the test's
+    // home.
+    qputenv("TOLVANE_SYSTEM_VERSION", "10.6.8");
+    qunsetenv("TOLVANE_UPDATE_HOST");
     const QString html = htmlPage(hostileDocument(), c.settings, pictureNames());
     const QString golden
         = QStringLiteral(TOLVANE_GOLDEN_DIR "/%1.html").arg(QLatin1StringView(c.name));
