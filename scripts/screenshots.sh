@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Takes screenshots of Tolvane's windows under Xvfb, for a person to look at: the document window,
-# the preferences window at each pane, the about window, and a preview of each kind of file.
+# the preferences window at each pane, the about window, a preview of each kind of file, and the
+# welcome panel with a page and with the page that comes with Tolvane.
 # Pictures go to build/screenshots/.
 # Usage: scripts/screenshots.sh [DOCUMENT]   (after a build)
 set -euo pipefail
@@ -70,4 +71,12 @@ for file in generator/illustrator-like-5-pages.ai formats/samples/illustrator88.
     sleep 3
     "$shot" "$out/preview-${name%.*}-${name##*.}.png"
 done
+
+# The welcome panel: the end-to-end tests point a copy of the bundle at a server of their own and
+# take the pictures. Their copy must not hand its launch over to the instance above.
+kill $pid
+wait $pid || true
+TOLVANE_SCREENSHOTS="$out" "$build/tests/Tolvane/end_to_end_tests" \
+    --gtest_filter='WelcomePanel.LinksToTheWelcomeSiteStayAndOthersLeave:WelcomePanel.TheFallbackPageShowsWhenTheServerIsDown' \
+    >/dev/null
 echo "screenshots in $out"
