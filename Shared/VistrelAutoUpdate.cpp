@@ -14,7 +14,6 @@
 #include "Workspace.h"
 
 #include <QDateTime>
-#include <cmath>
 #include <limits>
 
 namespace {

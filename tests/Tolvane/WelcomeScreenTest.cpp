@@ -47,22 +47,6 @@ protected:
     QXWelcomeScreen* screen = nullptr;
 };
 
-TEST_F(WelcomeScreen, EntriesAreKeptPerWelcomeScreenVersion)
-{
-    EXPECT_EQ(QXWelcomeScreen::welcomeScreenVersion(), "3");
-    EXPECT_FALSE(QXWelcomeScreen::showAtStartupEntry().isValid());
-    EXPECT_TRUE(QXWelcomeScreen::showAtStartup());
-
-    UserDefaults::standardUserDefaults().setObject(
-        QVariantMap { { "2", false } }, QXWelcomeWindowShowAtStartupEntries);
-    QXWelcomeScreen::setShowAtStartup(false);
-    EXPECT_EQ(storedEntries(), (QVariantMap { { "2", false }, { "3", false } }));
-    EXPECT_FALSE(QXWelcomeScreen::showAtStartup());
-    QXWelcomeScreen::setShowAtStartup(true);
-    EXPECT_EQ(QXWelcomeScreen::showAtStartupEntry(), QVariant(true));
-    EXPECT_EQ(storedEntries().value("2"), QVariant(false));
-}
-
 TEST_F(WelcomeScreen, TheFirstShowingBuildsAndPlacesThePanelLaterOnesBringItBack)
 {
     // A null delegate leaves the one there.
@@ -91,8 +75,12 @@ TEST_F(WelcomeScreen, TheFirstShowingBuildsAndPlacesThePanelLaterOnesBringItBack
     EXPECT_EQ(screen->showRef(), QXWelcomeScreen::Manual);
     EXPECT_EQ(delegate.willShow, 1);
 
+    // Unticking stores false for this version only.
+    UserDefaults::standardUserDefaults().setObject(
+        QVariantMap { { "2", true }, { "3", true } }, QXWelcomeWindowShowAtStartupEntries);
     screen->showAtStartupCheck()->click();
-    EXPECT_EQ(storedEntries(), (QVariantMap { { "3", false } }));
+    EXPECT_EQ(storedEntries(), (QVariantMap { { "2", true }, { "3", false } }));
+    EXPECT_FALSE(QXWelcomeScreen::showAtStartup());
 
     screen->close();
     EXPECT_EQ(delegate.willClose, 2);
@@ -123,6 +111,8 @@ TEST(WelcomeScreenNavigation, OnlyTheWelcomeHostStaysInThePanel)
     QXWelcomeScreen screen;
     EXPECT_TRUE(screen.decidePolicyForNavigation(QUrl("https://welcome.example/tolvane/more")));
     EXPECT_TRUE(screen.decidePolicyForNavigation(QUrl("http://welcome.example:8080/")));
+    // An empty frame of the page names nothing to open elsewhere.
+    EXPECT_TRUE(screen.decidePolicyForNavigation(QUrl("about:blank")));
     EXPECT_FALSE(screen.decidePolicyForNavigation(QUrl("https://www.welcome.example/")));
     EXPECT_FALSE(screen.decidePolicyForNavigation(QUrl("mailto:help@welcome.example")));
     ASSERT_TRUE(

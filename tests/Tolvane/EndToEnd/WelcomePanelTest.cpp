@@ -184,15 +184,19 @@ protected:
         return false;
     }
 
-    // Brings the panel to the front (there is no window manager to keep it there) and clicks.
-    void clickPage(double x, double y)
+    // The panel's window, brought to the front: there is no window manager to keep it there.
+    QString raisedPanel() const
     {
         const QString id = output("xdotool", { "search", "--onlyvisible", "--name", panelTitle })
                                .section('\n', 0, 0);
-        ASSERT_FALSE(id.isEmpty());
         output("xdotool", { "windowraise", id });
+        return id;
+    }
+
+    void clickPage(double x, double y)
+    {
         QRect frame;
-        for (const QString& line : output("xwininfo", { "-id", id }).split('\n')) {
+        for (const QString& line : output("xwininfo", { "-id", raisedPanel() }).split('\n')) {
             const int value = line.section(':', 1).trimmed().toInt();
             if (line.contains("Absolute upper-left X"))
                 frame.moveLeft(value);
@@ -209,15 +213,14 @@ protected:
                 QString::number(frame.y() + int((frame.height() - 52) * y)), "click", "1" });
     }
 
+    // For scripts/screenshots.sh, which names a folder in TOLVANE_SCREENSHOTS.
     void screenshot(const QString& name)
     {
         const QString folder = qEnvironmentVariable("TOLVANE_SCREENSHOTS");
         if (folder.isEmpty())
             return;
-        const QString id = output("xdotool", { "search", "--onlyvisible", "--name", panelTitle })
-                               .section('\n', 0, 0);
-        output("xdotool", { "windowraise", id });
-        TestEnvironment::waitUntil([] { return false; }, 1500);
+        const QString id = raisedPanel();
+        TestEnvironment::waitUntil([] { return false; }, 1500); // the page's last paint
         QProcess::execute(QStringLiteral(TOLVANE_SCREENSHOT_TOOL), { folder + "/" + name, id });
     }
 
