@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The network stand-ins: reachability and the desktop's network settings.
-#include "SCNetworkReachability.h"
-
 #include "NetworkDiagnostics.h"
+#include "SCNetworkReachability.h"
 #include "TestEnvironment.h"
 
 #include <QFile>

@@ -57,7 +57,8 @@ TEST_F(CheckUpdate, AnAnswerWithoutANewVersionIsUpToDate)
     server.respond({ 200, "<plist><dict/></plist>", "application/xml" });
     const Outcome outcome = run({});
     EXPECT_EQ(outcome.exitCode, 0);
-    EXPECT_TRUE(outcome.standardOutput.contains("up to date")) << outcome.standardOutput.toStdString();
+    EXPECT_TRUE(outcome.standardOutput.contains("up to date"))
+        << outcome.standardOutput.toStdString();
     ASSERT_EQ(server.requests().size(), 1);
     EXPECT_TRUE(server.requests()[0].target.endsWith("&form=XML&ref=menu"));
 }
