@@ -2,7 +2,7 @@
 #include "FileKindSniffer.h"
 
 #include "EpsBinaryHeader.h"
-#include "InDesignContainer.h"
+#include "InDesignHeader.h"
 
 #include <QFileInfo>
 
@@ -87,9 +87,12 @@ namespace {
 
     bool isFreeHand(QByteArrayView head)
     {
-        // FreeHand 3 files start with "FHD3"; later versions carry an "AGD" chunk signature
+        // FreeHand 1 files start with "acf3" (the type the original platform filed them under),
+        // FreeHand 2 and 3 with "FHD2" and "FHD3"; later versions carry an "AGD" chunk signature
         // followed by its version digit near the start, behind a header of their own, and
         // FreeHand MX starts with "FH" and a version.
+        if (head.startsWith("acf3"))
+            return true;
         if (head.size() >= 3 && head.startsWith("FH")
             && (head[2] == 'D' || (head[2] >= '0' && head[2] <= '9')))
             return true;
