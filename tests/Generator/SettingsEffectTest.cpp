@@ -74,6 +74,11 @@ INSTANTIATE_TEST_SUITE_P(Settings, SettingEffect,
             { "page-2.png" } },
         EffectCase { "GridOfPages", { { TLPreviewMode, qint64(2) } },
             { "<main class=\"pages grid\">", "page-5.png" }, { "<div class=\"spread\">" } },
+        // Text is read as the preferences window reads it: "0.0" is false, "2abc" is 2.
+        EffectCase { "TextReadAsThePreferencesWindowReadsIt",
+            { { showFontsInPreview, QStringLiteral("0.0") },
+                { TLPreviewMode, QStringLiteral("2abc") } },
+            { "<main class=\"pages grid\">" }, { FontsPanel } },
         EffectCase { "ArtboardsSideBySide", { { TLPrefIllustratorSpreadMode, qint64(1) } },
             { "<div class=\"spread\">\n<figure><img src=\"page-1.png\" alt=\"Artboard 1\" "
               "style=\"width:816px\">"
