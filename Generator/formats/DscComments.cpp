@@ -101,7 +101,7 @@ namespace {
     private:
         void outerComment(const Comment& comment);
         void listValue(QByteArrayView keyword, QByteArrayView value);
-        void resources(QStringList& fonts, QByteArrayView value);
+        void resources(QStringList& fonts, QStringList& procSets, QByteArrayView value);
         void customColors(DscCustomColor::Model model, int count, QByteArrayView value);
         void addColor(DscCustomColor color);
         void preview(LineCursor& cursor, QByteArrayView value);
@@ -147,6 +147,7 @@ namespace {
             } else if (m_depth > 0) {
                 continue; // the comments of an embedded document are its own
             } else if (keyword == "EOF") {
+                m_document.reachesEndOfFile = true;
                 return; // what follows belongs to no page of this document
             } else if (keyword == "EndComments") {
                 m_section = Section::Body;
@@ -204,9 +205,9 @@ namespace {
             for (const QString& font : DscValues::tokens(value))
                 appendUnique(m_document.suppliedFonts, font);
         } else if (keyword == "DocumentNeededResources") {
-            resources(m_document.neededFonts, value);
+            resources(m_document.neededFonts, m_document.neededProcSets, value);
         } else if (keyword == "DocumentSuppliedResources") {
-            resources(m_document.suppliedFonts, value);
+            resources(m_document.suppliedFonts, m_document.suppliedProcSets, value);
         } else if (keyword == "CMYKCustomColor") {
             customColors(DscCustomColor::Model::Cmyk, 4, value);
         } else if (keyword == "RGBCustomColor") {
@@ -218,15 +219,26 @@ namespace {
     }
 
     // "font Times-Roman Helvetica procset Adobe_X 1.0 0": the type word applies to the names
-    // after it, up to the next type word.
-    void Reader::resources(QStringList& fonts, QByteArrayView value)
+    // after it, up to the next type word; a procedure set's name is followed by its version and
+    // revision.
+    void Reader::resources(QStringList& fonts, QStringList& procSets, QByteArrayView value)
     {
         QString type;
+        int procSetField = 0;
         for (const QString& token : DscValues::tokens(value)) {
-            if (isResourceType(token))
+            if (isResourceType(token)) {
                 type = token;
-            else if (type == u"font")
+                procSetField = 0;
+            } else if (type == u"font") {
                 appendUnique(fonts, token);
+            } else if (type == u"procset") {
+                if (procSetField > 0 && procSetField < 3 && DscValues::number(token)) {
+                    ++procSetField;
+                } else {
+                    appendUnique(procSets, token);
+                    procSetField = 1;
+                }
+            }
         }
     }
 
@@ -315,6 +327,16 @@ QStringList DscDocument::fonts() const
             appendUnique(all, font);
     }
     return all;
+}
+
+QStringList DscDocument::missingProcSets() const
+{
+    QStringList missing;
+    for (const QString& procSet : neededProcSets) {
+        if (!suppliedProcSets.contains(procSet))
+            missing.append(procSet);
+    }
+    return missing;
 }
 
 ParseResult<DscDocument> parseDscComments(QByteArrayView bytes)

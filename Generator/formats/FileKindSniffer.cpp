@@ -48,14 +48,14 @@ namespace {
         return false;
     }
 
+    // Any PostScript is drawn as an EPS: print drivers write EPS whose first line names no EPSF
+    // version, and Ghostscript says soon enough what it cannot draw.
     FileKind postScriptKind(QByteArrayView postScript, const QString& fileName)
     {
-        if (createdByIllustrator(postScript) && namedIllustrator(fileName))
+        if (createdByIllustrator(postScript)
+            && (namedIllustrator(fileName) || !firstLine(postScript).contains(" EPSF-")))
             return FileKind::IllustratorPostScript;
-        if (firstLine(postScript).contains(" EPSF-"))
-            return FileKind::Eps;
-        return createdByIllustrator(postScript) ? FileKind::IllustratorPostScript
-                                                : FileKind::Unknown;
+        return FileKind::Eps;
     }
 
     bool isInterchange(QByteArrayView head)
@@ -142,7 +142,7 @@ FileKind sniffFileKind(QByteArrayView head, const QString& fileName)
         return pdfKind(head, fileName);
     if (hasEpsBinarySignature(head))
         return FileKind::Eps;
-    if (head.startsWith("%!PS-Adobe") || head.startsWith("\x04%!PS-Adobe"))
+    if (head.startsWith("%!") || head.startsWith("\x04%!"))
         return postScriptKind(head, fileName);
     if (isInterchange(head))
         return FileKind::InDesignInterchange;

@@ -23,8 +23,7 @@ namespace {
 
 }
 
-Formats::ParseResult<QByteArray> renderPostScript(
-    QByteArrayView postScript, const GhostscriptJob& job)
+Formats::ParseResult<QByteArray> renderPostScript(const QString& file, const GhostscriptJob& job)
 {
     const QString gs = QStandardPaths::findExecutable(QStringLiteral("gs"));
     if (gs.isEmpty())
@@ -38,17 +37,18 @@ Formats::ParseResult<QByteArray> renderPostScript(
         // The program's own output to stdout would corrupt the PNG there.
         QStringLiteral("-sstdout=%stderr"), QStringLiteral("-sOutputFile=-") };
     if (job.epsCrop)
-        arguments.insert(arguments.size() - 2, QStringLiteral("-dEPSCrop"));
-    arguments.append(QStringLiteral("-"));
+        arguments.append(QStringLiteral("-dEPSCrop"));
+    // -f: the file name is never taken for an option. A program that shows its page makes this
+    // second one, which -dLastPage=1 leaves out.
+    arguments << QStringLiteral("-f") << file << QStringLiteral("-c") << QStringLiteral("showpage");
 
     QProcess process;
     process.setProgram(gs);
     process.setArguments(arguments);
-    process.start(QIODevice::ReadWrite);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.start(QIODevice::ReadOnly);
     if (!process.waitForStarted(5000))
         throw RenderingFailure("Ghostscript did not start");
-    process.write(postScript.data(), postScript.size());
-    process.closeWriteChannel();
 
     QElapsedTimer clock;
     clock.start();

@@ -4,7 +4,7 @@
 #include "ParseResult.h"
 
 #include <QByteArray>
-#include <QByteArrayView>
+#include <QString>
 
 namespace Preview {
 
@@ -14,11 +14,12 @@ struct GhostscriptJob {
     int timeLimitMs = 20000;
 };
 
-// Draws the first page of a PostScript program with Ghostscript, run as a program of its own
-// in its safe mode, on a transparent background: the program goes in on stdin and the PNG comes
-// back on stdout, so nothing is written to disk. A program that does not draw is a damaged file; a
-// missing, crashing or slow Ghostscript throws RenderingFailure.
-Formats::ParseResult<QByteArray> renderPostScript(
-    QByteArrayView postScript, const GhostscriptJob& job);
+// Draws the first page of a PostScript file with Ghostscript, run as a program of its own in its
+// safe mode, on a transparent background. Ghostscript reads the file itself, at its own speed (of
+// a DOS binary EPS only the PostScript section, which it finds by the header), and the PNG comes
+// back on stdout, so nothing is written to disk. A page is shown at the end for programs that
+// never show theirs. A program that does not draw is a damaged file; a missing, crashing or slow
+// Ghostscript throws RenderingFailure.
+Formats::ParseResult<QByteArray> renderPostScript(const QString& file, const GhostscriptJob& job);
 
 }

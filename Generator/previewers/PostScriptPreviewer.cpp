@@ -43,12 +43,17 @@ namespace {
         return document;
     }
 
-    QByteArrayView postScriptOf(QByteArrayView bytes, const Formats::DscDocument& dsc)
+    bool isBlank(const QImage& image)
     {
-        const qsizetype start = std::clamp<qsizetype>(dsc.postScriptOffset, 0, bytes.size());
-        const qsizetype length
-            = std::clamp<qsizetype>(dsc.postScriptLength, 0, bytes.size() - start);
-        return length > 0 ? bytes.sliced(start, length) : bytes.sliced(start);
+        const QImage argb = image.convertToFormat(QImage::Format_ARGB32);
+        for (int y = 0; y < argb.height(); ++y) {
+            const auto* row = reinterpret_cast<const QRgb*>(argb.constScanLine(y));
+            for (int x = 0; x < argb.width(); ++x) {
+                if (qAlpha(row[x]) != 0)
+                    return false;
+            }
+        }
+        return true;
     }
 
     // The embedded picture, best first: TIFF, EPSI, XMP thumbnail.
@@ -81,6 +86,26 @@ namespace {
         const double side = box ? std::max(box->right - box->left, box->top - box->bottom) : 842;
         job.dpi = int(std::clamp(std::min(dpi, MostPixels * 72 / side), 9.0, dpi));
         return job;
+    }
+
+    // Ghostscript's picture, or why there is none, said for the document rather than for
+    // Ghostscript: a cut file draws nothing, or nothing but what came before the cut, and a file
+    // of an Illustrator version whose procedure sets it does not carry stops at their first use.
+    Formats::ParseResult<QByteArray> draw(
+        const QString& file, const PostScriptDocument& document, double dpi)
+    {
+        auto png = renderPostScript(file, jobFor(document.dsc, dpi));
+        const bool complete = document.dsc.reachesEndOfFile;
+        if (png && !complete && isBlank(QImage::fromData(*png, "PNG")))
+            return Formats::fail(Formats::FormatError::DamagedFile,
+                QStringLiteral("the PostScript is cut short: it draws nothing and ends before "
+                               "its %%EOF"));
+        if (!png && complete && !document.dsc.missingProcSets().isEmpty())
+            return Formats::fail(Formats::FormatError::UnsupportedVariant,
+                QStringLiteral("the document needs the procedure sets %1 of the application "
+                               "that wrote it, which it does not carry")
+                    .arg(document.dsc.missingProcSets().join(QStringLiteral(", "))));
+        return png;
     }
 
     QString number(double value)
@@ -164,8 +189,7 @@ Formats::ParseResult<PreviewContent> PostScriptPreviewer::preview(
                                             "which is at least %1 MB large.")
                                  .arg(double(settings.previewEmbeddedThresholdMB)));
     } else {
-        auto png = renderPostScript(
-            postScriptOf(bytes, document->dsc), jobFor(document->dsc, PreviewDpi));
+        auto png = draw(file, *document, PreviewDpi);
         if (png) {
             PreviewPage page;
             page.encoded = std::move(png).value();
@@ -205,8 +229,7 @@ Formats::ParseResult<QImage> PostScriptPreviewer::thumbnail(
 
     const auto box = document->dsc.usableBoundingBox();
     const double side = box ? std::max(box->right - box->left, box->top - box->bottom) : 842;
-    auto png = renderPostScript(postScriptOf(bytes, document->dsc),
-        jobFor(document->dsc, std::clamp(maxSize * 72.0 / side, 9.0, PreviewDpi)));
+    auto png = draw(file, *document, std::clamp(maxSize * 72.0 / side, 9.0, PreviewDpi));
     if (png)
         return fitWithin(QImage::fromData(*png, "PNG"), maxSize);
     if (embedded)

@@ -8,6 +8,9 @@
 #include "VistrelUtilities.h"
 
 #include <QFileInfo>
+#include <QImage>
+#include <cstring>
+#include <functional>
 #include <gtest/gtest.h>
 
 using namespace GeneratorProcess;
@@ -130,6 +133,58 @@ INSTANTIATE_TEST_SUITE_P(Depths, EpsiBitmap,
         EpsiCase { "EightBits", { 2, 1, 8, QByteArray::fromHex("00FF") }, { 255, 0 } },
         EpsiCase { "DataTooShort", { 8, 4, 8, QByteArray(10, '\0') }, {} },
         EpsiCase { "UnknownDepth", { 1, 1, 3, QByteArray(1, '\0') }, {} }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+// Variants of a real Illustrator 5.5 EPS (tests/data/generator/tk-logo.eps), each with the
+// status the generator gives it and a word its message holds.
+struct RealEpsCase {
+    const char* name;
+    std::function<QByteArray(QByteArray)> change;
+    int status;
+    const char* message;
+};
+
+class RealEps : public testing::TestWithParam<RealEpsCase> { };
+
+TEST_P(RealEps, IsDrawnOrRefusedForWhatItIs)
+{
+    const RealEpsCase& c = GetParam();
+    const QString file
+        = writeEps(c.change(TestEnvironment::readFile(generatorData("tk-logo.eps"))));
+    const QString out = TestEnvironment::home() + QStringLiteral("/out");
+    const Outcome run = runGenerator({ "preview", file, "--out", out });
+    EXPECT_EQ(run.exitCode, c.status) << run.standardError.toStdString();
+    EXPECT_TRUE(run.standardError.contains(QLatin1String(c.message)))
+        << run.standardError.toStdString();
+    if (c.status == 0) {
+        const QImage picture(out + QStringLiteral("/page-1.png"));
+        ASSERT_FALSE(picture.isNull());
+        // The logo is drawn, not a blank page.
+        EXPECT_GT(qAlpha(picture.pixel(picture.width() / 2, picture.height() / 2)), 0);
+    }
+}
+
+QByteArray withoutProcSets(QByteArray eps)
+{
+    // The native files of Illustrator 5 name the procedure sets they need and leave them out.
+    const qsizetype begin = eps.indexOf("%%BeginResource: procset");
+    const qsizetype end = eps.lastIndexOf("%%EndResource") + qsizetype(strlen("%%EndResource"));
+    eps.remove(begin, end - begin);
+    return eps.replace("%%DocumentSuppliedResources", "%%DocumentNeededResources");
+}
+
+INSTANTIATE_TEST_SUITE_P(Variants, RealEps,
+    testing::Values(RealEpsCase { "AsItIs", [](QByteArray eps) { return eps; }, 0, "" },
+        RealEpsCase { "CutShort", [](QByteArray eps) { return eps.left(16000); }, 4, "cut short" },
+        // As some print drivers write: no EPSF version on the first line, no showpage.
+        RealEpsCase { "PlainPostScriptWithoutShowpage",
+            [](QByteArray eps) {
+                return eps.replace("%!PS-Adobe-3.0 EPSF-3.0", "%!PS-Adobe-3.0")
+                    .replace("gsave annotatepage grestore showpage", "");
+            },
+            0, "" },
+        RealEpsCase {
+            "NeedsProcedureSetsItDoesNotCarry", withoutProcSets, 5, "Adobe_IllustratorA_AI5" }),
     [](const auto& info) { return std::string(info.param.name); });
 
 }
