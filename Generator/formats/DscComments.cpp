@@ -15,6 +15,10 @@ namespace {
         explicit LineCursor(QByteArrayView bytes)
             : m_bytes(bytes)
         {
+            qsizetype end = 0;
+            while (end < bytes.size() && bytes[end] != '\r' && bytes[end] != '\n')
+                ++end;
+            m_crOnly = end + 1 < bytes.size() && bytes[end] == '\r' && bytes[end + 1] != '\n';
         }
         bool next(QByteArrayView& line)
         {
@@ -34,10 +38,37 @@ namespace {
         {
             m_position += qsizetype(std::clamp<qint64>(count, 0, m_bytes.size() - m_position));
         }
+        // Moves to the start of the next line that opens with "%%", past the lines between: the
+        // body of a print file is mostly image data, which only comments can matter in. Each
+        // line end is searched for once, so the walk stays linear.
+        // The line ends are those of the first line: a file written with CR alone has no LF.
+        void skipToNextComment()
+        {
+            if (m_position >= m_bytes.size() || m_bytes.sliced(m_position).startsWith("%%"))
+                return;
+            const qsizetype next = m_crOnly ? m_afterCr.from(m_bytes, "\r%%", m_position)
+                                            : m_afterLf.from(m_bytes, "\n%%", m_position);
+            m_position = next < 0 ? m_bytes.size() : next + 1;
+        }
 
     private:
+        // The last hit of a marker, kept while it lies ahead of the positions asked about.
+        struct Marker {
+            qsizetype hit = -2;
+            qsizetype from(QByteArrayView bytes, QByteArrayView marker, qsizetype position)
+            {
+                if (hit == -1 || hit >= position)
+                    return hit;
+                hit = bytes.indexOf(marker, position);
+                return hit;
+            }
+        };
+
         QByteArrayView m_bytes;
         qsizetype m_position = 0;
+        bool m_crOnly = false;
+        Marker m_afterLf;
+        Marker m_afterCr;
     };
 
     struct Comment {
@@ -129,7 +160,11 @@ namespace {
     void Reader::read(LineCursor& cursor)
     {
         QByteArrayView line;
-        while (cursor.next(line)) {
+        while (true) {
+            if (m_section == Section::Body && m_depth == 0)
+                cursor.skipToNextComment();
+            if (!cursor.next(line))
+                break;
             const std::optional<Comment> comment = parseComment(line);
             if (!comment) {
                 if (m_section == Section::Header && m_depth == 0 && !line.startsWith('%'))

@@ -38,7 +38,13 @@ namespace {
         if (!dsc)
             return dsc.failure();
         PostScriptDocument document { file, std::move(dsc).value(), std::nullopt };
-        if (auto xmp = Formats::readXmpOfFile(path))
+        // exempi scans a PostScript file without XMP to its end; print files of hundreds of
+        // megabytes are searched faster for the packet's start first.
+        const QByteArrayView bytes = file->bytes();
+        if (auto xmp = bytes.contains("<?xpacket")
+                ? Formats::readXmpOfFile(path)
+                : Formats::ParseResult<Formats::XmpMetadata>(
+                    Formats::fail(Formats::FormatError::NotThisKind, {})))
             document.xmp = std::move(xmp).value();
         return document;
     }
