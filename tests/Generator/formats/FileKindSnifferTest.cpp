@@ -76,8 +76,9 @@ INSTANTIATE_TEST_SUITE_P(Cases, SniffBytes,
         SniffBytesCase { "illustratorPostScript",
             "%!PS-Adobe-3.0\n%%Creator: Adobe Illustrator(R) 8.0\n", "x.ps",
             FileKind::IllustratorPostScript },
+        // Print drivers write EPS whose first line names no EPSF version: drawn all the same.
         SniffBytesCase {
-            "plainPostScript", "%!PS-Adobe-3.0\n%%Creator: dvips\n", "x.ps", FileKind::Unknown },
+            "plainPostScript", "%!PS-Adobe-3.0\n%%Creator: dvips\n", "x.ps", FileKind::Eps },
         SniffBytesCase {
             "epsWithControlD", "\x04%!PS-Adobe-3.0 EPSF-3.0\n", "x.eps", FileKind::Eps },
         SniffBytesCase {
