@@ -23,7 +23,8 @@ namespace {
 
 }
 
-Formats::ParseResult<QByteArray> renderPostScript(const QString& file, const GhostscriptJob& job)
+GhostscriptRun::GhostscriptRun(const QString& file, const GhostscriptJob& job)
+    : m_job(job)
 {
     const QString gs = QStandardPaths::findExecutable(QStringLiteral("gs"));
     if (gs.isEmpty())
@@ -42,33 +43,44 @@ Formats::ParseResult<QByteArray> renderPostScript(const QString& file, const Gho
     // second one, which -dLastPage=1 leaves out.
     arguments << QStringLiteral("-f") << file << QStringLiteral("-c") << QStringLiteral("showpage");
 
-    QProcess process;
-    process.setProgram(gs);
-    process.setArguments(arguments);
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.start(QIODevice::ReadOnly);
-    if (!process.waitForStarted(5000))
+    m_process.setProgram(gs);
+    m_process.setArguments(arguments);
+    m_process.setStandardInputFile(QProcess::nullDevice());
+    m_clock.start();
+    m_process.start(QIODevice::ReadOnly);
+    if (!m_process.waitForStarted(5000))
         throw RenderingFailure("Ghostscript did not start");
+}
 
-    QElapsedTimer clock;
-    clock.start();
-    while (!process.waitForFinished(100)) {
-        if (process.state() == QProcess::NotRunning)
-            break;
-        if (clock.elapsed() > job.timeLimitMs) {
-            process.kill();
-            process.waitForFinished(2000);
-            throw RenderingFailure("Ghostscript took too long to draw the PostScript");
-        }
+GhostscriptRun::~GhostscriptRun()
+{
+    if (m_process.state() != QProcess::NotRunning) {
+        m_process.kill();
+        m_process.waitForFinished(2000);
     }
-    const QByteArray png = process.readAllStandardOutput();
-    const QByteArray messages = process.readAllStandardError();
-    if (process.exitStatus() == QProcess::CrashExit)
+}
+
+Formats::ParseResult<QByteArray> GhostscriptRun::result()
+{
+    while (!m_process.waitForFinished(100)) {
+        if (m_process.state() == QProcess::NotRunning)
+            break;
+        if (m_clock.elapsed() > m_job.timeLimitMs)
+            throw RenderingFailure("Ghostscript took too long to draw the PostScript");
+    }
+    const QByteArray png = m_process.readAllStandardOutput();
+    const QByteArray messages = m_process.readAllStandardError();
+    if (m_process.exitStatus() == QProcess::CrashExit)
         throw RenderingFailure("Ghostscript stopped unexpectedly");
-    if (process.exitCode() != 0 || !png.startsWith("\x89PNG"))
+    if (m_process.exitCode() != 0 || !png.startsWith("\x89PNG"))
         return Formats::fail(Formats::FormatError::DamagedFile,
             QStringLiteral("the PostScript does not draw: %1").arg(firstErrorLine(messages)));
     return png;
+}
+
+Formats::ParseResult<QByteArray> renderPostScript(const QString& file, const GhostscriptJob& job)
+{
+    return GhostscriptRun(file, job).result();
 }
 
 }

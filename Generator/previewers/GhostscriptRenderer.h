@@ -4,6 +4,8 @@
 #include "ParseResult.h"
 
 #include <QByteArray>
+#include <QElapsedTimer>
+#include <QProcess>
 #include <QString>
 
 namespace Preview {
@@ -21,5 +23,22 @@ struct GhostscriptJob {
 // never show theirs. A program that does not draw is a damaged file; a missing, crashing or slow
 // Ghostscript throws RenderingFailure.
 Formats::ParseResult<QByteArray> renderPostScript(const QString& file, const GhostscriptJob& job);
+
+// The same, started at once and waited for later, so that the document is read meanwhile.
+// Dropping a run stops Ghostscript.
+class GhostscriptRun {
+public:
+    GhostscriptRun(const QString& file, const GhostscriptJob& job);
+    ~GhostscriptRun();
+    GhostscriptRun(const GhostscriptRun&) = delete;
+    GhostscriptRun& operator=(const GhostscriptRun&) = delete;
+
+    Formats::ParseResult<QByteArray> result();
+
+private:
+    GhostscriptJob m_job;
+    QProcess m_process;
+    QElapsedTimer m_clock;
+};
 
 }

@@ -96,7 +96,7 @@ Formats::ParseResult<PreviewContent> InterchangePreviewer::preview(
     const DocumentFile& mapped = **opened;
     const bool package = mapped.bytes().startsWith("PK");
     auto parts = package ? Formats::readIdmlPackage(mapped.bytes())
-                       : Formats::readInxDocument(mapped.bytes());
+                         : Formats::readInxDocument(mapped.bytes());
     if (!parts)
         return parts.failure();
     return contentOf(*parts, file,

@@ -7,7 +7,8 @@ namespace Preview {
 
 std::vector<PreviewerEntry> optionalPreviewers()
 {
-    return { { Formats::FileKind::FreeHand, [] { return std::make_unique<FreeHandPreviewer>(); } } };
+    return { { Formats::FileKind::FreeHand,
+        [] { return std::make_unique<FreeHandPreviewer>(); } } };
 }
 
 }

@@ -37,16 +37,17 @@ namespace {
         auto dsc = Formats::parseDscComments(file->bytes());
         if (!dsc)
             return dsc.failure();
-        PostScriptDocument document { file, std::move(dsc).value(), std::nullopt };
+        return PostScriptDocument { file, std::move(dsc).value(), std::nullopt };
+    }
+
+    void readXmp(PostScriptDocument& document, const QString& path)
+    {
         // exempi scans a PostScript file without XMP to its end; print files of hundreds of
         // megabytes are searched faster for the packet's start first.
-        const QByteArrayView bytes = file->bytes();
-        if (auto xmp = bytes.contains("<?xpacket")
-                ? Formats::readXmpOfFile(path)
-                : Formats::ParseResult<Formats::XmpMetadata>(
-                    Formats::fail(Formats::FormatError::NotThisKind, {})))
+        if (!document.bytes().contains("<?xpacket"))
+            return;
+        if (auto xmp = Formats::readXmpOfFile(path))
             document.xmp = std::move(xmp).value();
-        return document;
     }
 
     bool isBlank(const QImage& image)
@@ -97,10 +98,9 @@ namespace {
     // Ghostscript's picture, or why there is none, said for the document rather than for
     // Ghostscript: a cut file draws nothing, or nothing but what came before the cut, and a file
     // of an Illustrator version whose procedure sets it does not carry stops at their first use.
-    Formats::ParseResult<QByteArray> draw(
-        const QString& file, const PostScriptDocument& document, double dpi)
+    Formats::ParseResult<QByteArray> interpret(
+        Formats::ParseResult<QByteArray> png, const PostScriptDocument& document)
     {
-        auto png = renderPostScript(file, jobFor(document.dsc, dpi));
         const bool complete = document.dsc.reachesEndOfFile;
         if (png && !complete && isBlank(QImage::fromData(*png, "PNG")))
             return Formats::fail(Formats::FormatError::DamagedFile,
@@ -176,10 +176,18 @@ PostScriptPreviewer::PostScriptPreviewer(Kind kind)
 Formats::ParseResult<PreviewContent> PostScriptPreviewer::preview(
     const QString& file, const VTPreviewSettings& settings)
 {
-    auto document = readPostScript(file);
-    if (!document)
-        return document.failure();
+    auto read = readPostScript(file);
+    if (!read)
+        return read.failure();
+    auto document = std::make_optional(std::move(read).value());
     const QByteArrayView bytes = document->bytes();
+    // Ghostscript draws while the rest of the document is read, unless the embedded picture is
+    // to be shown instead.
+    const bool preferEmbedded = settings.preferEmbeddedForPreview(bytes.size());
+    std::optional<GhostscriptRun> drawing;
+    if (!preferEmbedded)
+        drawing.emplace(file, jobFor(document->dsc, PreviewDpi));
+    readXmp(*document, file);
 
     PreviewContent content;
     content.title = QFileInfo(file).fileName();
@@ -189,13 +197,15 @@ Formats::ParseResult<PreviewContent> PostScriptPreviewer::preview(
     addPanels(content, *document, file);
 
     const std::optional<PreviewPage> embedded = embeddedPicture(bytes, *document);
-    if (embedded && settings.preferEmbeddedForPreview(bytes.size())) {
+    if (embedded && preferEmbedded) {
         content.pages.push_back(*embedded);
         content.notes.append(QStringLiteral("Shown: the preview picture embedded in the file, "
                                             "which is at least %1 MB large.")
                                  .arg(double(settings.previewEmbeddedThresholdMB)));
     } else {
-        auto png = draw(file, *document, PreviewDpi);
+        auto png = interpret(
+            drawing ? drawing->result() : renderPostScript(file, jobFor(document->dsc, PreviewDpi)),
+            *document);
         if (png) {
             PreviewPage page;
             page.encoded = std::move(png).value();
@@ -225,9 +235,11 @@ Formats::ParseResult<PreviewContent> PostScriptPreviewer::preview(
 Formats::ParseResult<QImage> PostScriptPreviewer::thumbnail(
     const QString& file, int maxSize, const VTPreviewSettings& settings)
 {
-    auto document = readPostScript(file);
-    if (!document)
-        return document.failure();
+    auto read = readPostScript(file);
+    if (!read)
+        return read.failure();
+    auto document = std::make_optional(std::move(read).value());
+    readXmp(*document, file);
     const QByteArrayView bytes = document->bytes();
     const std::optional<PreviewPage> embedded = embeddedPicture(bytes, *document);
     if (embedded && settings.preferEmbeddedForThumbnail(bytes.size()))
@@ -235,7 +247,10 @@ Formats::ParseResult<QImage> PostScriptPreviewer::thumbnail(
 
     const auto box = document->dsc.usableBoundingBox();
     const double side = box ? std::max(box->right - box->left, box->top - box->bottom) : 842;
-    auto png = draw(file, *document, std::clamp(maxSize * 72.0 / side, 9.0, PreviewDpi));
+    auto png
+        = interpret(renderPostScript(file,
+                        jobFor(document->dsc, std::clamp(maxSize * 72.0 / side, 9.0, PreviewDpi))),
+            *document);
     if (png)
         return fitWithin(QImage::fromData(*png, "PNG"), maxSize);
     if (embedded)

@@ -52,19 +52,23 @@ const std::vector<PreviewerEntry>& previewerTable()
 {
     static const std::vector<PreviewerEntry> table = [] {
         std::vector<PreviewerEntry> entries {
-            { FileKind::IllustratorPdf, [] { return std::make_unique<IllustratorPdfPreviewer>(); } },
+            { FileKind::IllustratorPdf,
+                [] { return std::make_unique<IllustratorPdfPreviewer>(); } },
             { FileKind::IllustratorPostScript,
                 [] {
                     return std::make_unique<PostScriptPreviewer>(
                         PostScriptPreviewer::Kind::Illustrator);
                 } },
             { FileKind::Eps,
-                [] { return std::make_unique<PostScriptPreviewer>(PostScriptPreviewer::Kind::Eps); } },
+                [] {
+                    return std::make_unique<PostScriptPreviewer>(PostScriptPreviewer::Kind::Eps);
+                } },
             { FileKind::InDesign, [] { return std::make_unique<InDesignPreviewer>(); } },
             { FileKind::InDesignInterchange,
                 [] { return std::make_unique<InterchangePreviewer>(); } },
             { FileKind::Idml, [] { return std::make_unique<InterchangePreviewer>(); } },
-            { FileKind::SwatchExchange, [] { return std::make_unique<SwatchExchangePreviewer>(); } },
+            { FileKind::SwatchExchange,
+                [] { return std::make_unique<SwatchExchangePreviewer>(); } },
         };
         for (PreviewerEntry& entry : optionalPreviewers())
             entries.push_back(std::move(entry));
