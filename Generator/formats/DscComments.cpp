@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DscComments.h"
 
+#include "ByteSearch.h"
 #include "DscValues.h"
 
 #include <QSet>
@@ -59,7 +60,7 @@ namespace {
             {
                 if (hit == -1 || hit >= position)
                     return hit;
-                hit = bytes.indexOf(marker, position);
+                hit = findBytes(bytes, marker, position);
                 return hit;
             }
         };

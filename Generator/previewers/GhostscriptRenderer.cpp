@@ -39,9 +39,10 @@ GhostscriptRun::GhostscriptRun(const QString& file, const GhostscriptJob& job)
         QStringLiteral("-sstdout=%stderr"), QStringLiteral("-sOutputFile=-") };
     if (job.epsCrop)
         arguments.append(QStringLiteral("-dEPSCrop"));
-    // -f: the file name is never taken for an option. A program that shows its page makes this
-    // second one, which -dLastPage=1 leaves out.
-    arguments << QStringLiteral("-f") << file << QStringLiteral("-c") << QStringLiteral("showpage");
+    // -f: the file name is never taken for an option.
+    arguments << QStringLiteral("-f") << file;
+    if (job.showPageAtEnd)
+        arguments << QStringLiteral("-c") << QStringLiteral("showpage");
 
     m_process.setProgram(gs);
     m_process.setArguments(arguments);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PostScriptPreviewer.h"
 
+#include "ByteSearch.h"
 #include "DocumentFile.h"
 #include "EmbeddedPreviews.h"
 #include "GhostscriptRenderer.h"
@@ -44,7 +45,7 @@ namespace {
     {
         // exempi scans a PostScript file without XMP to its end; print files of hundreds of
         // megabytes are searched faster for the packet's start first.
-        if (!document.bytes().contains("<?xpacket"))
+        if (Formats::findBytes(document.bytes(), "<?xpacket") < 0)
             return;
         if (auto xmp = Formats::readXmpOfFile(path))
             document.xmp = std::move(xmp).value();
@@ -85,9 +86,15 @@ namespace {
         return std::nullopt;
     }
 
-    GhostscriptJob jobFor(const Formats::DscDocument& dsc, double dpi)
+    GhostscriptJob jobFor(const PostScriptDocument& document, double dpi)
     {
+        const Formats::DscDocument& dsc = document.dsc;
         GhostscriptJob job;
+        // Print drivers may leave the showpage out; it stands near the end of every other file.
+        const QByteArrayView bytes = document.bytes();
+        job.showPageAtEnd
+            = Formats::findBytes(bytes.last(std::min<qsizetype>(bytes.size(), 4096)), "showpage")
+            < 0;
         const auto box = dsc.usableBoundingBox();
         job.epsCrop = box.has_value();
         const double side = box ? std::max(box->right - box->left, box->top - box->bottom) : 842;
@@ -186,7 +193,7 @@ Formats::ParseResult<PreviewContent> PostScriptPreviewer::preview(
     const bool preferEmbedded = settings.preferEmbeddedForPreview(bytes.size());
     std::optional<GhostscriptRun> drawing;
     if (!preferEmbedded)
-        drawing.emplace(file, jobFor(document->dsc, PreviewDpi));
+        drawing.emplace(file, jobFor(*document, PreviewDpi));
     readXmp(*document, file);
 
     PreviewContent content;
@@ -204,7 +211,7 @@ Formats::ParseResult<PreviewContent> PostScriptPreviewer::preview(
                                  .arg(double(settings.previewEmbeddedThresholdMB)));
     } else {
         auto png = interpret(
-            drawing ? drawing->result() : renderPostScript(file, jobFor(document->dsc, PreviewDpi)),
+            drawing ? drawing->result() : renderPostScript(file, jobFor(*document, PreviewDpi)),
             *document);
         if (png) {
             PreviewPage page;
@@ -247,10 +254,9 @@ Formats::ParseResult<QImage> PostScriptPreviewer::thumbnail(
 
     const auto box = document->dsc.usableBoundingBox();
     const double side = box ? std::max(box->right - box->left, box->top - box->bottom) : 842;
-    auto png
-        = interpret(renderPostScript(file,
-                        jobFor(document->dsc, std::clamp(maxSize * 72.0 / side, 9.0, PreviewDpi))),
-            *document);
+    auto png = interpret(renderPostScript(file,
+                             jobFor(*document, std::clamp(maxSize * 72.0 / side, 9.0, PreviewDpi))),
+        *document);
     if (png)
         return fitWithin(QImage::fromData(*png, "PNG"), maxSize);
     if (embedded)

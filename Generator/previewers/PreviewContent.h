@@ -33,7 +33,6 @@ struct PreviewPage {
     QImage picture() const;
 };
 
-
 struct PreviewFont {
     QString name; // the PostScript name
     QString family;
