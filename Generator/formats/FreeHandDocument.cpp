@@ -39,7 +39,8 @@ ParseResult<std::vector<QByteArray>> freeHandSvgPages(QByteArrayView bytes)
         return fail(FormatError::NotThisKind, QStringLiteral("not a FreeHand document"));
     }
     if (!parsed)
-        return fail(FormatError::DamagedFile, QStringLiteral("FreeHand: the document cannot be read"));
+        return fail(
+            FormatError::DamagedFile, QStringLiteral("FreeHand: the document cannot be read"));
     std::vector<QByteArray> pages;
     for (unsigned index = 0; index < output.size(); ++index)
         pages.emplace_back(output[index].cstr(), qsizetype(output[index].size()));

@@ -77,6 +77,8 @@ ParseResult<InterchangeParts> readIdmlPackage(QByteArrayView bytes, ZipLimits li
         } else if (name == Graphic) {
             parts.colors = idmlColors(xml, &problem);
         } else if (isPartWithLinks(name)) {
+            if (name.startsWith(u"Spreads/"))
+                parts.pageCount += idmlPageCount(xml);
             for (const QString& uri : idmlLinkUris(xml, &problem)) {
                 if (!parts.linkUris.contains(uri))
                     parts.linkUris.append(uri);

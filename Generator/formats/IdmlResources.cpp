@@ -81,6 +81,16 @@ std::vector<InterchangeColor> idmlColors(const QByteArray& xml, QString* problem
     return colors;
 }
 
+int idmlPageCount(const QByteArray& xml, QString* problem)
+{
+    int pages = 0;
+    forEachElement(xml, problem, [&](const QXmlStreamReader& reader) {
+        if (reader.name() == u"Page")
+            ++pages;
+    });
+    return pages;
+}
+
 QStringList idmlLinkUris(const QByteArray& xml, QString* problem)
 {
     QStringList uris;

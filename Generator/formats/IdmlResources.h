@@ -17,6 +17,8 @@ namespace Formats {
 std::vector<InterchangeFont> idmlFonts(const QByteArray& xml, QString* problem = nullptr);
 // Resources/Graphic.xml: the named, visible Color swatches.
 std::vector<InterchangeColor> idmlColors(const QByteArray& xml, QString* problem = nullptr);
+// Spreads/*.xml: the pages of the spread.
+int idmlPageCount(const QByteArray& xml, QString* problem = nullptr);
 // The LinkResourceURI of every Link element, in any part (spreads and stories hold them).
 QStringList idmlLinkUris(const QByteArray& xml, QString* problem = nullptr);
 

@@ -32,9 +32,10 @@ namespace {
         InDesignHeader master;
         master.byteOrder = order == 1 ? InDesignHeader::ByteOrder::LittleEndian
                                       : InDesignHeader::ByteOrder::BigEndian;
-        master.sequenceNumber = ByteReader(page.sliced(SequenceOffset), ByteReader::Order::LittleEndian)
-                                    .u64()
-                                    .value_or(0);
+        master.sequenceNumber
+            = ByteReader(page.sliced(SequenceOffset), ByteReader::Order::LittleEndian)
+                  .u64()
+                  .value_or(0);
         master.pageCount = ByteReader(page.sliced(PageCountOffset), ByteReader::Order::LittleEndian)
                                .u32()
                                .value_or(0);
@@ -55,7 +56,8 @@ ParseResult<InDesignHeader> checkInDesignHeader(QByteArrayView bytes)
     const auto second = readMasterPage(bytes.sliced(PageSize, PageSize));
     if (!first && !second)
         return damaged(QStringLiteral("neither master page is valid"));
-    const bool secondIsCurrent = !first || (second && second->sequenceNumber > first->sequenceNumber);
+    const bool secondIsCurrent
+        = !first || (second && second->sequenceNumber > first->sequenceNumber);
     InDesignHeader header = secondIsCurrent ? *second : *first;
     header.currentMasterPage = secondIsCurrent ? 1 : 0;
     if (header.pageCount < 2 || qint64(header.pageCount) * PageSize > bytes.size())

@@ -31,6 +31,7 @@ struct InterchangeParts {
     QStringList linkUris; // as written, usually file: URLs
     std::optional<XmpMetadata> xmp;
     int spreadCount = 0;
+    int pageCount = 0; // the pages of the spreads; 0 when not told
     // Parts that could not be read, one line each; what they held before the fault is kept.
     QStringList problems;
 };

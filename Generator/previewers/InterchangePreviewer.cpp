@@ -54,6 +54,7 @@ namespace {
         PreviewContent content;
         content.title = QFileInfo(file).fileName();
         content.kindName = kindName;
+        content.pageCount = parts.pageCount;
         if (parts.xmp) {
             addXmpContent(content, *parts.xmp, file, settings);
         } else {

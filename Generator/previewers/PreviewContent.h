@@ -23,6 +23,7 @@ struct PreviewPage {
     QString encodedFormat;
 
     QString label; // "Page 3", "Artboard 2", "Embedded preview"
+    int pageNumber = 0; // the document's page it shows, from 1; 0 when not told
     QSizeF sizePoints; // the page's own size in points; empty when unknown
     // Pages with the same number >= 0 form one spread of the document; -1: a page on its own.
     // They are set side by side only when PreviewContent::spreadMode is Spreads.

@@ -92,6 +92,13 @@ std::vector<PreviewLink> linksFromXmp(const Formats::XmpMetadata& xmp, const QSt
 std::vector<PreviewSwatchGroup> swatchGroupsFromXmp(const Formats::XmpMetadata& xmp)
 {
     std::vector<PreviewSwatchGroup> groups;
+    // InDesign lists its swatches as the document's colorants, Illustrator in swatch groups.
+    if (xmp.swatchGroups.empty() && !xmp.colorants.empty()) {
+        PreviewSwatchGroup swatches;
+        for (const Formats::XmpSwatch& swatch : xmp.colorants)
+            swatches.swatches.push_back(swatchFromXmp(swatch));
+        groups.push_back(swatches);
+    }
     for (const Formats::XmpSwatchGroup& source : xmp.swatchGroups) {
         PreviewSwatchGroup group;
         group.name = source.name;
@@ -116,6 +123,7 @@ std::vector<PreviewPage> thumbnailPagesFromXmp(const Formats::XmpMetadata& xmp)
             : QStringLiteral("jpg");
         if (thumbnail.pageNumber > 0) {
             page.label = QStringLiteral("Page %1").arg(thumbnail.pageNumber);
+            page.pageNumber = thumbnail.pageNumber;
             pageThumbnails.push_back(page);
         } else {
             page.label = QStringLiteral("Embedded preview");

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // No FreeHand document could be found under a licence we may carry: these tests cover what can
 // be made here, the refusals and the SVG half of the drawing.
-#include "SvgPages.h"
-#include "PreviewerTable.h"
 #include "KindsTestData.h"
+#include "PreviewerTable.h"
+#include "SvgPages.h"
 
 #include <gtest/gtest.h>
 
@@ -28,8 +28,8 @@ TEST(FreeHandPreview, refusesWhatItCannotRead)
             FormatError::DamagedFile },
     };
     for (const Case& c : cases) {
-        const auto result = previewerForKind(Formats::FileKind::FreeHand)->preview(
-            fileWith(QStringLiteral("case.fh11"), c.bytes), {});
+        const auto result = previewerForKind(Formats::FileKind::FreeHand)
+                                ->preview(fileWith(QStringLiteral("case.fh11"), c.bytes), {});
         ASSERT_FALSE(result.ok()) << c.name;
         EXPECT_EQ(result.error(), c.error) << c.name << ": " << result.reason().toStdString();
     }

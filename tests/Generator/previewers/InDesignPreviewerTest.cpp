@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Samples: tests/data/formats/samples (origins in tests/data/README.md).
 #include "InDesignFileBuilder.h"
-#include "PreviewerTable.h"
 #include "KindsTestData.h"
+#include "PreviewerTable.h"
 
 #include <gtest/gtest.h>
 
@@ -53,6 +53,13 @@ TEST(InDesignPreview, documentWithoutThumbnailsIsACardWithItsPanels)
     for (const PreviewFact& fact : content.facts)
         creatorShown |= fact.value == u"Adobe InDesign 15.0 (Macintosh)";
     EXPECT_TRUE(creatorShown);
+    // InDesign writes its swatches as the colorants of the XMP.
+    ASSERT_EQ(content.swatchGroups.size(), 1u);
+    QStringList swatches;
+    for (const PreviewSwatch& swatch : content.swatchGroups[0].swatches)
+        swatches.append(swatch.name);
+    EXPECT_EQ(swatches, QStringList({ "Black", "Paper", "Registration" }));
+    EXPECT_EQ(content.swatchGroups[0].swatches[0].model, QStringLiteral("CMYK"));
 }
 
 TEST(InDesignPreview, bigEndianMinimalContainer)
@@ -103,8 +110,9 @@ TEST(InDesignPreview, aContainerWithoutMetadataSaysSo)
 
 TEST(InDesignPreview, noThumbnailWithoutPagePreviews)
 {
-    const auto thumbnail = previewerForKind(Formats::FileKind::InDesign)->thumbnail(
-        samplePath(QStringLiteral("formats/samples/indesign15.indd")), 128, {});
+    const auto thumbnail
+        = previewerForKind(Formats::FileKind::InDesign)
+              ->thumbnail(samplePath(QStringLiteral("formats/samples/indesign15.indd")), 128, {});
     EXPECT_FALSE(thumbnail.ok());
 }
 

@@ -3,8 +3,8 @@
 #include "IdmlPackage.h"
 #include "IdmlResources.h"
 #include "InxDocument.h"
-#include "PreviewerTable.h"
 #include "KindsTestData.h"
+#include "PreviewerTable.h"
 #include "ZipFileBuilder.h"
 
 #include <QFile>
@@ -51,7 +51,8 @@ QByteArray fileBytes(const QString& name)
 QByteArray idmlWith(const QString& partName, const QByteArray& part)
 {
     return ZipFileBuilder()
-        .stored(QStringLiteral("mimetype"), QByteArray(Formats::IdmlMimeType.data(), Formats::IdmlMimeType.size()))
+        .stored(QStringLiteral("mimetype"),
+            QByteArray(Formats::IdmlMimeType.data(), Formats::IdmlMimeType.size()))
         .deflated(partName, part)
         .bytes();
 }
@@ -70,7 +71,29 @@ TEST(IdmlPreview, pageThumbnailsFromTheMetadata)
     }
     EXPECT_EQ(content.pagesLeftOut, 0);
     EXPECT_FALSE(content.notes.contains(QStringLiteral("This document holds no page previews")));
+    // The spreads hold four pages; the metadata has pictures of two of them.
+    EXPECT_EQ(content.pageCount, 4);
+    EXPECT_TRUE(
+        content.notes.contains(QStringLiteral("Pages 3 and 4 have no preview in the document.")))
+        << content.notes.join(u'|').toStdString();
     EXPECT_EQ(content.spreadMode, VTSpreadMode::Spreads); // the InDesign spread mode's default
+}
+
+// Tools that zip a package again put its "mimetype" entry anywhere: the package is one by its
+// content, without a type identifier.
+TEST(IdmlPreview, aPackageZippedAgainIsRecognisedByItsContent)
+{
+    const QByteArray original = sample(QStringLiteral("formats/samples/idml-4-pages-layers.idml"));
+    const auto entries = Formats::readZip(original, [](const QString&) { return true; });
+    ASSERT_TRUE(entries.ok()) << entries.reason().toStdString();
+    ZipFileBuilder rezipped;
+    for (auto name = entries->names.crbegin(); name != entries->names.crend(); ++name)
+        rezipped.deflated(*name, entries->entries.at(*name));
+    const QString file = fileWith(QStringLiteral("rezipped.idml"), rezipped.bytes());
+    const auto kind = chooseFileKind(file, QString());
+    ASSERT_TRUE(kind.ok()) << kind.reason().toStdString();
+    EXPECT_EQ(*kind, Formats::FileKind::Idml);
+    EXPECT_EQ(contentOf(file).pages.size(), 2u);
 }
 
 TEST(IdmlPreview, thePageLimitLeavesPagesOut)
@@ -176,7 +199,6 @@ TEST(IdmlPreview, aBrokenPartKeepsWhatCameBeforeAndSaysSo)
     EXPECT_EQ(ink->values, (std::vector<double> { 1.0, 128.0 / 255, 0.0 }));
     ASSERT_EQ(content.notes.filter(QStringLiteral("Resources/Graphic.xml")).size(), 1);
 }
-
 
 TEST(InxPreview, coloursFontsAndLinksOfTheSample)
 {

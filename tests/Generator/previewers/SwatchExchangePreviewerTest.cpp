@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Samples: tests/data/formats/ase (origins in tests/data/README.md).
 #include "AseFileBuilder.h"
-#include "PreviewerTable.h"
 #include "KindsTestData.h"
+#include "PreviewerTable.h"
 #include "SwatchColor.h"
 #include "SwatchSheet.h"
 
@@ -223,7 +223,8 @@ TEST(AsePreview, cutAndForeignFilesFail)
         const auto content = previewerForKind(Formats::FileKind::SwatchExchange)->preview(path, {});
         ASSERT_FALSE(content.ok()) << c.name;
         EXPECT_EQ(content.error(), c.error) << c.name;
-        const auto thumbnail = previewerForKind(Formats::FileKind::SwatchExchange)->thumbnail(path, 64, {});
+        const auto thumbnail
+            = previewerForKind(Formats::FileKind::SwatchExchange)->thumbnail(path, 64, {});
         ASSERT_FALSE(thumbnail.ok()) << c.name;
         EXPECT_EQ(thumbnail.error(), c.error) << c.name;
     }
@@ -240,7 +241,8 @@ TEST(AseThumbnail, chipsInFileOrder)
             .groupEnd()
             .color(QStringLiteral("K"), "CMYK", { 0, 0, 0, 1 }, Normal)
             .bytes());
-    const auto thumbnail = previewerForKind(Formats::FileKind::SwatchExchange)->thumbnail(path, 100, {});
+    const auto thumbnail
+        = previewerForKind(Formats::FileKind::SwatchExchange)->thumbnail(path, 100, {});
     ASSERT_TRUE(thumbnail.ok()) << thumbnail.reason().toStdString();
     EXPECT_EQ(thumbnail->size(), QSize(100, 100));
     // Loose swatches first, then the groups': red, black, then green and blue.
@@ -249,10 +251,11 @@ TEST(AseThumbnail, chipsInFileOrder)
     EXPECT_EQ(QColor(thumbnail->pixel(25, 75)), QColor(Qt::green));
     EXPECT_EQ(QColor(thumbnail->pixel(75, 75)), QColor(Qt::blue));
 
-    const auto none = previewerForKind(Formats::FileKind::SwatchExchange)->thumbnail(
-        fileWith(QStringLiteral("none.ase"),
-            AseFileBuilder().groupStart(QStringLiteral("E")).groupEnd().bytes()),
-        100, {});
+    const auto none
+        = previewerForKind(Formats::FileKind::SwatchExchange)
+              ->thumbnail(fileWith(QStringLiteral("none.ase"),
+                              AseFileBuilder().groupStart(QStringLiteral("E")).groupEnd().bytes()),
+                  100, {});
     EXPECT_FALSE(none.ok());
 }
 
