@@ -5,6 +5,7 @@
 #include "IdmlPackage.h"
 #include "InxDocument.h"
 #include "KindContent.h"
+#include "LinkedFiles.h"
 
 #include <QFileInfo>
 
@@ -78,7 +79,7 @@ namespace {
         }
         std::vector<PreviewLink> links;
         for (const QString& uri : parts.linkUris)
-            links.push_back(linkFromUri(uri, file));
+            links.push_back(linkedFile(uri, file));
         addLinks(links, content.links);
         content.links = std::move(links);
         for (const QString& problem : parts.problems)

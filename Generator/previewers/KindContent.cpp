@@ -54,19 +54,6 @@ void takePages(
         content.notes.append(noPagePreviewsNote());
 }
 
-PreviewLink linkFromUri(const QString& uri, const QString& documentPath)
-{
-    const QUrl url(uri);
-    const bool local = url.isLocalFile() || url.scheme().isEmpty();
-    QString path = url.isLocalFile() ? url.toLocalFile() : uri;
-    if (local && QDir::isRelativePath(path))
-        path = QFileInfo(documentPath).dir().filePath(path);
-    PreviewLink link;
-    link.path = local ? QDir::cleanPath(path) : uri;
-    link.exists = local && QFileInfo::exists(link.path);
-    return link;
-}
-
 void addLinks(std::vector<PreviewLink>& links, const std::vector<PreviewLink>& more)
 {
     for (const PreviewLink& link : more) {

@@ -19,10 +19,6 @@ QString noPagePreviewsNote();
 void takePages(
     PreviewContent& content, std::vector<PreviewPage> pages, const VTPreviewSettings& settings);
 
-// A link as the document writes it (a file: URL, an absolute or a relative path) as a path,
-// relative paths taken from the document's folder, with whether the file is there.
-PreviewLink linkFromUri(const QString& uri, const QString& documentPath);
-
 // Adds links not yet listed (by path).
 void addLinks(std::vector<PreviewLink>& links, const std::vector<PreviewLink>& more);
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "XmpPanels.h"
 
+#include "LinkedFiles.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
@@ -46,18 +48,6 @@ namespace {
         return swatch;
     }
 
-    QString absoluteLinkPath(const QString& link, const QString& documentPath)
-    {
-        if (link.startsWith(u"file:", Qt::CaseInsensitive)) {
-            const QUrl url(link);
-            if (url.isLocalFile())
-                return url.toLocalFile();
-        }
-        if (QDir::isAbsolutePath(link) || link.isEmpty())
-            return link;
-        return QDir::cleanPath(QFileInfo(documentPath).absoluteDir().filePath(link));
-    }
-
 }
 
 std::vector<PreviewFont> fontsFromXmp(const Formats::XmpMetadata& xmp)
@@ -81,10 +71,7 @@ std::vector<PreviewLink> linksFromXmp(const Formats::XmpMetadata& xmp, const QSt
     for (const Formats::XmpLink& source : xmp.links) {
         if (source.filePath.isEmpty())
             continue;
-        PreviewLink link;
-        link.path = absoluteLinkPath(source.filePath, documentPath);
-        link.exists = QDir::isAbsolutePath(link.path) && QFileInfo::exists(link.path);
-        links.push_back(link);
+        links.push_back(linkedFile(source.filePath, documentPath));
     }
     return links;
 }

@@ -134,6 +134,19 @@ TEST(IdmlPreview, fontsColoursAndLinksFromTheXml)
     EXPECT_EQ(content.pages.size(), 1u);
 }
 
+// The real package links to a photo by the absolute path of the machine it was made on.
+TEST(IdmlPreview, aPackagedJobsLinksAreFoundInItsLinksFolder)
+{
+    const QString job = fileWith(QStringLiteral("job/article.idml"),
+        sample(QStringLiteral("kinds/idml-article-1photo.idml")));
+    EXPECT_FALSE(contentOf(job).links.at(0).exists);
+    const QString photo = fileWith(QStringLiteral("job/Links/default.jpg"), "jpeg");
+    const PreviewContent content = contentOf(job);
+    ASSERT_EQ(content.links.size(), 1u);
+    EXPECT_TRUE(content.links[0].exists);
+    EXPECT_EQ(content.links[0].path, photo);
+}
+
 TEST(IdmlPreview, aLinkBesideTheDocumentExists)
 {
     const QByteArray spread
