@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImageWriter>
+#include <QPainter>
 #include <optional>
 
 namespace Preview {
@@ -105,6 +106,16 @@ namespace {
 
     int failure(QTextStream& err, const QString& reason) { return fail(err, OtherFailure, reason); }
 
+    // Thumbnails are opaque, on white: file managers show them on dark backgrounds too.
+    QImage onPaper(const QImage& image)
+    {
+        QImage opaque(image.size(), QImage::Format_RGB32);
+        opaque.fill(Qt::white);
+        QPainter painter(&opaque);
+        painter.drawImage(0, 0, image);
+        return opaque;
+    }
+
     int writeThumbnail(const QImage& image, const QString& path, QTextStream& err)
     {
         QFile file(path);
@@ -138,7 +149,7 @@ namespace {
             auto image = previewer->thumbnail(info.absoluteFilePath(), command.size, settings);
             if (!image)
                 return report(err, image.failure());
-            return writeThumbnail(fitWithin(*image, command.size), command.out, err);
+            return writeThumbnail(onPaper(fitWithin(*image, command.size)), command.out, err);
         }
         auto content = previewer->preview(info.absoluteFilePath(), settings);
         if (!content)

@@ -17,7 +17,8 @@ header h1 { margin: 0 0 2px; font-size: 20px; overflow-wrap: anywhere; }
 .kind, .hint, .note, .left-out { color: var(--muted); margin: 4px 0; }
 .facts { display: grid; grid-template-columns: max-content 1fr; gap: 2px 12px; margin: 8px 0; }
 .facts dt { color: var(--muted); } .facts dd { margin: 0; overflow-wrap: anywhere; }
-.pages { display: flex; flex-direction: column; gap: 20px; align-items: center; margin: 16px 0; }
+.pages { display: flex; flex-direction: column; gap: 20px; align-items: center; margin: 16px 0;
+  padding: 20px; border-radius: 8px; }
 .pages.grid { display: grid; grid-template-columns: repeat(auto-fill, minmax(180px, 1fr));
   align-items: start; }
 .spread { display: flex; flex-wrap: wrap; gap: 12px; justify-content: center; max-width: 100%; }
@@ -25,11 +26,13 @@ figure { margin: 0; text-align: center; max-width: 100%; min-width: 0; }
 figure img { display: block; max-width: 100%; height: auto; box-shadow: 0 1px 4px rgba(0,0,0,.35); }
 .pages.grid figure img { width: 100%; }
 figcaption { color: var(--muted); font-size: 11px; margin-top: 4px; }
-.background-white figure img { background: #ffffff; }
-.background-gray figure img { background: #808080; }
-.background-black figure img { background: #000000; }
-.background-none figure img { background: repeating-conic-gradient(#cccccc 0 25%, #ffffff 0 50%)
+figure img { background: #ffffff; }
+.background-white .pages { background: #ffffff; }
+.background-gray .pages { background: #808080; }
+.background-black .pages { background: #000000; }
+.background-none .pages { background: repeating-conic-gradient(#cccccc 0 25%, #ffffff 0 50%)
   0 0 / 16px 16px; }
+.background-gray figcaption, .background-black figcaption { color: #e0e0e0; }
 .panel { background: var(--card); border: 1px solid var(--line); border-radius: 8px;
   padding: 8px 14px; margin: 14px 0; }
 .panel h2 { font-size: 14px; margin: 4px 0 8px; } .panel h3 { font-size: 12px; margin: 10px 0 4px; }

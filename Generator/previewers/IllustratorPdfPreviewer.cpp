@@ -209,7 +209,6 @@ Formats::ParseResult<QImage> IllustratorPdfPreviewer::thumbnail(
             Formats::FormatError::DamagedFile, QStringLiteral("the first page cannot be read"));
     document->pdf->setRenderHint(Poppler::Document::Antialiasing);
     document->pdf->setRenderHint(Poppler::Document::TextAntialiasing);
-    document->pdf->setRenderHint(Poppler::Document::IgnorePaperColor);
     const double dpi = pageDpi(page->pageSizeF(), PreviewDpi, maxSize);
     return fitWithin(page->renderToImage(dpi, dpi), maxSize);
 }

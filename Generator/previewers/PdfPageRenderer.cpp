@@ -17,8 +17,8 @@ namespace {
     {
         document.setRenderHint(Poppler::Document::Antialiasing);
         document.setRenderHint(Poppler::Document::TextAntialiasing);
-        // Artwork is drawn without paper, so the preview's background setting shows through.
-        document.setRenderHint(Poppler::Document::IgnorePaperColor);
+        // Artboards and pages are paper: drawn on poppler's paper colour, white, so that dark
+        // artwork shows on any backdrop.
     }
 
     QByteArray encodePng(const QImage& image)

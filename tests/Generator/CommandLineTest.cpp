@@ -267,8 +267,22 @@ TEST_P(ThumbnailOfEachKind, FitsTheSize)
     if (c.fills) {
         EXPECT_GE(std::max(image.width(), image.height()), c.size - 2);
     }
+    // Opaque, so that it shows on a dark file-manager background too.
+    EXPECT_FALSE(image.hasAlphaChannel());
     EXPECT_EQ(filesBelow(TestEnvironment::home() + QStringLiteral("/thumbnails")),
         QStringList { "t.png" });
+}
+
+// Artboards are white paper: around the artwork the picture is opaque white, not transparent.
+TEST(PreviewPictures, ArtboardsAreDrawnOnPaper)
+{
+    const QString out = TestEnvironment::home() + QStringLiteral("/out");
+    const Outcome run
+        = runGenerator({ "preview", generatorData("illustrator-like-5-pages.ai"), "--out", out });
+    ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
+    const QImage page(out + QStringLiteral("/page-1.png"));
+    ASSERT_FALSE(page.isNull());
+    EXPECT_EQ(page.pixel(2, 2), qRgba(255, 255, 255, 255));
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, ThumbnailOfEachKind,
