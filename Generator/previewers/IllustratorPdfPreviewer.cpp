@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "IllustratorPdfPreviewer.h"
 
+#include "ByteSearch.h"
 #include "DocumentFile.h"
 #include "PdfPageRenderer.h"
 #include "XmpMetadata.h"
@@ -63,16 +64,15 @@ namespace {
         return document;
     }
 
-    // Illustrator writes a one-page PDF that only says so when the document was saved without
-    // PDF content; the picture is then the XMP thumbnail.
-    bool savedWithoutPdfContent(const Poppler::Document& pdf)
+    // Illustrator keeps its own document in private data of the page and, saving with PDF
+    // content, writes its layers as the PDF's optional content. Saved without PDF content, the
+    // PDF is a single page of notice, in the language of the application that wrote it, and the
+    // layers live in the private data alone. The picture is then the XMP thumbnail, and the
+    // notice's font is none of the document's.
+    bool savedWithoutPdfContent(const Poppler::Document& pdf, QByteArrayView bytes)
     {
-        if (pdf.numPages() != 1)
-            return false;
-        const std::unique_ptr<Poppler::Page> page(pdf.page(0));
-        return page
-            && page->text(QRectF()).simplified().contains(
-                u"without PDF Content", Qt::CaseInsensitive);
+        return pdf.numPages() == 1 && !pdf.hasOptionalContent()
+            && Formats::findBytes(bytes, "/AIPrivateData") >= 0;
     }
 
     QString number(double value)
@@ -111,7 +111,7 @@ namespace {
         return fonts;
     }
 
-    PreviewContent describe(const QString& path, OpenDocument& document)
+    PreviewContent describe(const QString& path, OpenDocument& document, bool withoutPdf)
     {
         PreviewContent content;
         content.title = QFileInfo(path).fileName();
@@ -134,7 +134,7 @@ namespace {
         const auto version = pdf.getPdfVersion();
         content.facts.push_back({ QStringLiteral("PDF version"),
             QStringLiteral("%1.%2").arg(version.major).arg(version.minor) });
-        if (content.fonts.empty())
+        if (content.fonts.empty() && !withoutPdf)
             content.fonts = fontsFromPdf(pdf);
         return content;
     }
@@ -153,10 +153,10 @@ Formats::ParseResult<PreviewContent> IllustratorPdfPreviewer::preview(
     if (!opened)
         return opened.failure();
     OpenDocument document = std::move(opened).value();
-    PreviewContent content = describe(file, document);
+    const bool withoutPdf = savedWithoutPdfContent(*document.pdf, document.file->bytes());
+    PreviewContent content = describe(file, document, withoutPdf);
     const qint64 size = document.file->bytes().size();
 
-    const bool withoutPdf = savedWithoutPdfContent(*document.pdf);
     if (withoutPdf || settings.preferEmbeddedForPreview(size)) {
         std::vector<PreviewPage> embedded = embeddedPages(document);
         if (!embedded.empty()) {
@@ -171,9 +171,9 @@ Formats::ParseResult<PreviewContent> IllustratorPdfPreviewer::preview(
             return content;
         }
         if (withoutPdf)
-            return Formats::fail(Formats::FormatError::UnsupportedVariant,
-                QStringLiteral(
-                    "the document was saved without PDF content and holds no preview picture"));
+            content.notes.append(
+                QStringLiteral("The document was saved without PDF content and "
+                               "holds no preview picture: shown is its PDF page."));
     }
 
     const int drawn = std::min(content.pageCount, settings.pageLimit());
@@ -194,14 +194,10 @@ Formats::ParseResult<QImage> IllustratorPdfPreviewer::thumbnail(
     auto document = openDocument(file);
     if (!document)
         return document.failure();
-    const bool withoutPdf = savedWithoutPdfContent(*document->pdf);
+    const bool withoutPdf = savedWithoutPdfContent(*document->pdf, document->file->bytes());
     if (withoutPdf || settings.preferEmbeddedForThumbnail(document->file->bytes().size())) {
         for (const PreviewPage& page : embeddedPages(*document))
             return fitWithin(page.picture(), maxSize);
-        if (withoutPdf)
-            return Formats::fail(Formats::FormatError::UnsupportedVariant,
-                QStringLiteral(
-                    "the document was saved without PDF content and holds no preview picture"));
     }
     const std::unique_ptr<Poppler::Page> page(document->pdf->page(0));
     if (!page)
