@@ -4,6 +4,9 @@
 #include "IdmlPackage.h"
 #include "InDesignHeader.h"
 #include "KindsTestData.h"
+#include "PropertyList.h"
+#include "UniformTypeIdentifiers.h"
+#include "VistrelUtilities.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,6 +24,12 @@ namespace {
 QString packagingFile(const QString& name)
 {
     return QStringLiteral(TOLVANE_PACKAGING_DIR "/") + name;
+}
+
+// The files the build writes from the table of kinds (packaging/DocumentTypes.cmake).
+QString generatedPackagingFile(const QString& name)
+{
+    return QStringLiteral(TOLVANE_GENERATED_PACKAGING_DIR "/") + name;
 }
 
 using KeyFile = QMap<QString, QMap<QString, QString>>;
@@ -195,11 +204,11 @@ const QMap<QString, QStringList> SystemTypes = {
 class Packaging : public testing::Test {
 protected:
     const KeyFile thumbnailer
-        = readKeyFile(packagingFile(QStringLiteral("tolvane-thumbnailer.thumbnailer")));
+        = readKeyFile(generatedPackagingFile(QStringLiteral("tolvane-thumbnailer.thumbnailer")));
     const KeyFile desktop
         = readKeyFile(packagingFile(QStringLiteral("app.tolvane.Tolvane.desktop")));
     const QMap<QString, MimeType> mimeTypes
-        = readMimeTypes(packagingFile(QStringLiteral("tolvane-mime.xml")));
+        = readMimeTypes(generatedPackagingFile(QStringLiteral("tolvane-mime.xml")));
 
     QSet<QString> thumbnailerTypes() const
     {
@@ -248,6 +257,30 @@ TEST_F(Packaging, everyExtensionOfTheGeneratorHasATypeThatIsThumbnailedAndOpened
             EXPECT_TRUE(extensions.contains(glob.mid(2))) << glob.toStdString();
         EXPECT_TRUE(thumbnailerTypes().contains(it.key())) << it.key().toStdString();
     }
+}
+
+// Both Info.plists come from one table, which names every identifier of the type tests.
+TEST_F(Packaging, bothBundlesDeclareTheTypesOfTheTable)
+{
+    const auto generator = PropertyList::readDictionary(QStringLiteral(VISTREL_INFO_PLIST));
+    const auto application = PropertyList::readDictionary(QStringLiteral(TOLVANE_INFO_PLIST));
+    ASSERT_TRUE(generator && application);
+    const QStringList drawn = UTType::documentContentTypes(*generator);
+    EXPECT_EQ(drawn.size(), 17);
+    for (const QString& identifier : drawn)
+        EXPECT_TRUE(VTutiIsIllustrator(identifier) || VTutiIsInDesign(identifier)
+            || VTutiIsInDesignINX(identifier) || VTutiIsEPS(identifier)
+            || VTutiIsFreehand(identifier) || VTutiIsASE(identifier))
+            << identifier.toStdString();
+    const auto declared = [](const QVariantMap& info) {
+        QStringList identifiers;
+        for (const UTType::Declaration& declaration : UTType::declarations(info))
+            identifiers << declaration.identifier + u' ' + declaration.extensions.join(u',');
+        return identifiers;
+    };
+    EXPECT_EQ(declared(*application), declared(*generator));
+    for (const QString& identifier : UTType::documentContentTypes(*application))
+        EXPECT_TRUE(drawn.contains(identifier)) << identifier.toStdString();
 }
 
 TEST_F(Packaging, desktopEntryOpensDesignFilesAndTheUrlScheme)
@@ -308,11 +341,12 @@ TEST_F(Packaging, systemToolsAcceptTheFiles)
     };
     const QString mimeFolder = TestEnvironment::home() + QStringLiteral("/mime");
     QDir().mkpath(mimeFolder + QStringLiteral("/packages"));
-    QFile::copy(packagingFile(QStringLiteral("tolvane-mime.xml")),
+    QFile::copy(generatedPackagingFile(QStringLiteral("tolvane-mime.xml")),
         mimeFolder + QStringLiteral("/packages/tolvane-mime.xml"));
     const Tool tools[] = {
         { "xmllint",
-            { QStringLiteral("--noout"), packagingFile(QStringLiteral("tolvane-mime.xml")) } },
+            { QStringLiteral("--noout"),
+                generatedPackagingFile(QStringLiteral("tolvane-mime.xml")) } },
         { "desktop-file-validate",
             { packagingFile(QStringLiteral("app.tolvane.Tolvane.desktop")) } },
         { "update-mime-database", { mimeFolder } },
