@@ -2,6 +2,7 @@
 #include "VTPreviewSettings.h"
 
 #include "StringValues.h"
+#include "UserDefaults.h"
 #include "VistrelUtilities.h"
 
 #include <cmath>
@@ -10,30 +11,12 @@
 
 namespace {
 
-bool isNumber(const QVariant& value)
-{
-    switch (value.typeId()) {
-    case QMetaType::Bool:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Float:
-    case QMetaType::Double:
-        return true;
-    default:
-        return false;
-    }
-}
-
 // The value as a number the way the platform's getters read it; nothing for other kinds.
 std::optional<double> numberOf(const QVariant& value)
 {
     if (value.typeId() == QMetaType::QString)
         return StringValues::doubleValue(value.toString());
-    if (isNumber(value) && std::isfinite(value.toDouble()))
+    if (UserDefaults::isNumber(value) && std::isfinite(value.toDouble()))
         return value.toDouble();
     return std::nullopt;
 }
@@ -42,7 +25,7 @@ std::optional<bool> boolOf(const QVariant& value)
 {
     if (value.typeId() == QMetaType::QString)
         return StringValues::boolValue(value.toString());
-    if (isNumber(value))
+    if (UserDefaults::isNumber(value))
         return value.toDouble() != 0;
     return std::nullopt;
 }
@@ -52,7 +35,7 @@ std::optional<qint64> integerOf(const QVariant& value)
 {
     if (value.typeId() == QMetaType::QString)
         return StringValues::integerValue(value.toString());
-    if (isNumber(value) && std::isfinite(value.toDouble())
+    if (UserDefaults::isNumber(value) && std::isfinite(value.toDouble())
         && std::abs(value.toDouble()) < 9.2e18)
         return qint64(value.toDouble());
     return std::nullopt;

@@ -170,10 +170,11 @@ Formats::ParseResult<PreviewContent> IllustratorPdfPreviewer::preview(
             content.pageCount = withoutPdf ? int(content.pages.size()) : content.pageCount;
             return content;
         }
+        // Illustrator 9 and 10 wrote no layers into the PDF either, and no preview picture.
         if (withoutPdf)
-            content.notes.append(
-                QStringLiteral("The document was saved without PDF content and "
-                               "holds no preview picture: shown is its PDF page."));
+            content.notes.append(QStringLiteral("The document may have been saved without PDF "
+                                                "content; it holds no preview picture, so its PDF "
+                                                "page is shown."));
     }
 
     const int drawn = std::min(content.pageCount, settings.pageLimit());

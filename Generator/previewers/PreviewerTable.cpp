@@ -39,6 +39,16 @@ namespace {
         return {};
     }
 
+    // A ZIP archive that the first bytes do not show as IDML (its "mimetype" entry is not first)
+    // may still be one: its central directory tells.
+    FileKind lookIntoArchive(const QString& file, QByteArrayView head, FileKind sniffed)
+    {
+        if (sniffed != FileKind::Unknown || !head.startsWith("PK\x03\x04"))
+            return sniffed;
+        const auto document = DocumentFile::open(file);
+        return document && Formats::isIdmlPackage((*document)->bytes()) ? FileKind::Idml : sniffed;
+    }
+
     QString kindWords(FileKind kind)
     {
         return kind == FileKind::Unknown
@@ -84,20 +94,6 @@ std::unique_ptr<Previewer> previewerForKind(FileKind kind)
             return entry.make();
     }
     return nullptr;
-}
-
-namespace {
-
-    // A ZIP archive that the first bytes do not show as IDML (its "mimetype" entry is not first)
-    // may still be one: its central directory tells.
-    FileKind lookIntoArchive(const QString& file, QByteArrayView head, FileKind sniffed)
-    {
-        if (sniffed != FileKind::Unknown || !head.startsWith("PK\x03\x04"))
-            return sniffed;
-        const auto document = DocumentFile::open(file);
-        return document && Formats::isIdmlPackage((*document)->bytes()) ? FileKind::Idml : sniffed;
-    }
-
 }
 
 Formats::ParseResult<FileKind> chooseFileKind(const QString& file, const QString& uti)

@@ -142,16 +142,6 @@ QString garbage(const char* name)
 }
 
 // The document saved without PDF content, with its thumbnails made unreadable: nothing to show.
-QString withoutPdfContentOrThumbnail()
-{
-    QByteArray bytes
-        = TestEnvironment::readFile(generatorData("illustrator-without-pdf-content.ai"));
-    bytes.replace("xmpGImg:image>", "xmpGImg:imagX>");
-    const QString path = TestEnvironment::home() + QStringLiteral("/documents/bare.ai");
-    TestEnvironment::writeFile(path, bytes);
-    return path;
-}
-
 QString out() { return TestEnvironment::home() + QStringLiteral("/out"); }
 
 class FailingRun : public testing::TestWithParam<FailureCase> { };
@@ -207,11 +197,6 @@ INSTANTIATE_TEST_SUITE_P(Statuses, FailingRun,
                     "--size", "64", "--out", out() + "/t.png" };
             },
             4, "damaged file" },
-        FailureCase { "SavedWithoutPdfContentOrThumbnail",
-            [] {
-                return QStringList { "preview", withoutPdfContentOrThumbnail(), "--out", out() };
-            },
-            5, "unsupported variant" },
         FailureCase { "NoArguments", [] { return QStringList {}; }, 2, "usage" },
         FailureCase { "PreviewWithoutOutput",
             [] {

@@ -58,4 +58,19 @@ TEST(IllustratorPreview, SavedWithoutPdfContentInGermanShowsItsThumbnail)
     EXPECT_FALSE(html.contains(QStringLiteral("T1_0")));
 }
 
+// Without a preview picture (as Illustrator 9 and 10 wrote their PDF-based documents, without
+// layers in the PDF too) the PDF page is drawn, and the page says why.
+TEST(IllustratorPreview, WithoutPreviewPictureThePdfPageIsDrawn)
+{
+    QByteArray bytes
+        = TestEnvironment::readFile(generatorData("illustrator-without-pdf-content.ai"));
+    bytes.replace("xmpGImg:image>", "xmpGImg:imagX>");
+    const QString file = TestEnvironment::home() + QStringLiteral("/bare.ai");
+    TestEnvironment::writeFile(file, bytes);
+    const QString out = TestEnvironment::home() + QStringLiteral("/out");
+    const QString html = previewPage(file, out);
+    EXPECT_TRUE(QFile::exists(out + QStringLiteral("/page-1.png")));
+    EXPECT_TRUE(html.contains(QStringLiteral("it holds no preview picture")));
+}
+
 }
