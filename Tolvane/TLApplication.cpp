@@ -6,6 +6,7 @@
 #include "Bundle.h"
 #include "DesktopRegistration.h"
 #include "Localization.h"
+#include "NSAlert.h"
 #include "SUStandardUserDriver.h"
 #include "SUUpdater.h"
 #include "SystemLog.h"
@@ -30,6 +31,14 @@ TLApplication::TLApplication(QApplication& application)
     , m_updaterWindows(std::make_unique<SUStandardUserDriver>())
 {
     SUUpdater::sharedUpdater()->setUserDriver(m_updaterWindows.get());
+    // The title is the alert's message, the panel's message its informative text.
+    NSSetAlertPanelRunner(
+        [](const QString& title, const QString& message, const QString& defaultButton,
+            const QString& alternateButton, const QString& otherButton) {
+            return NSAlert::alertWithMessageText(
+                title, defaultButton, alternateButton, otherButton, message)
+                ->runModal();
+        });
     connect(m_documents.get(), &TLDocumentController::documentOpened, this,
         [this](TLDocument* document) { m_menu->installMenuBar(document->window()); });
     connect(
@@ -48,7 +57,11 @@ TLApplication::TLApplication(QApplication& application)
         m_instance.get(), &ApplicationInstance::openRequested, this, &TLApplication::openArguments);
 }
 
-TLApplication::~TLApplication() { SUUpdater::sharedUpdater()->setUserDriver(nullptr); }
+TLApplication::~TLApplication()
+{
+    NSSetAlertPanelRunner({});
+    SUUpdater::sharedUpdater()->setUserDriver(nullptr);
+}
 
 int TLApplication::run()
 {
