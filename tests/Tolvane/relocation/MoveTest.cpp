@@ -20,6 +20,8 @@ const QString questionAlert = QStringLiteral(
     "show this message again");
 const QString downloadsNote = QStringLiteral(" This will keep your Downloads folder uncluttered.");
 const QString openPanel = QStringLiteral("window QFileDialog");
+// Whatever windows a launch shows once it goes on (an open panel, a welcome panel).
+const QString wentOn = QStringLiteral("went on");
 
 bool runs(const QStringList& command)
 {
@@ -84,15 +86,28 @@ protected:
         return QString::fromUtf8(TestEnvironment::readFile(errorsPath));
     }
 
-    static QStringList lines(const QString& path)
+    static QStringList rawLines(const QString& path)
     {
         return QString::fromUtf8(TestEnvironment::readFile(path)).split('\n', Qt::SkipEmptyParts);
+    }
+
+    // The log with the windows of a launch that went on as one line.
+    static QStringList lines(const QString& path)
+    {
+        QStringList story;
+        for (const QString& line : rawLines(path)) {
+            if (!line.startsWith("window "))
+                story << line;
+            else if (story.isEmpty() || story.constLast() != wentOn)
+                story << wentOn;
+        }
+        return story;
     }
 
     // Waits until the log holds the line: the copies that the move starts run on their own.
     testing::AssertionResult waitForLine(const QString& path, const QString& line) const
     {
-        if (TestEnvironment::waitUntil([&] { return lines(path).contains(line); }, 120000))
+        if (TestEnvironment::waitUntil([&] { return rawLines(path).contains(line); }, 120000))
             return testing::AssertionSuccess();
         return testing::AssertionFailure()
             << "no \"" << line.toStdString() << "\" in\n"
@@ -125,7 +140,7 @@ TEST_F(Move, AFirstStartFromDownloadsMovesTrashesTheOldCopyAndStartsTheNewOne)
     ASSERT_TRUE(waitForLine(log, "end"));
     EXPECT_EQ(lines(log),
         (QStringList { "start " + bundle, questionAlert.arg(downloadsNote), "start " + installed,
-            openPanel, "end" }));
+            wentOn, "end" }));
     EXPECT_TRUE(QFileInfo(installed + "/Contents/Linux/Tolvane").isExecutable());
     EXPECT_FALSE(QFileInfo::exists(bundle));
     EXPECT_TRUE(QFileInfo::exists(trashed("Tolvane.app/Contents/Info.plist")));
@@ -155,8 +170,8 @@ TEST_F(Move, DoNotMoveAsksAgainUnlessTheBoxWasTicked)
     EXPECT_EQ(suppressed(), QVariant(true));
     run(bundle, "move");
     // Outside the Downloads folder the question says nothing of it; the third start asks nothing.
-    const QStringList launch { "start " + bundle, questionAlert.arg(""), openPanel, "end" };
-    EXPECT_EQ(lines(log), (launch + launch + QStringList { "start " + bundle, openPanel, "end" }));
+    const QStringList launch { "start " + bundle, questionAlert.arg(""), wentOn, "end" };
+    EXPECT_EQ(lines(log), (launch + launch + QStringList { "start " + bundle, wentOn, "end" }));
     EXPECT_TRUE(QFileInfo::exists(bundle));
     EXPECT_FALSE(QFileInfo::exists(applications + "/Tolvane.app"));
 }
@@ -179,9 +194,9 @@ TEST_F(Move, AnInstalledCopyThatIsRunningIsHandedOverTo)
         << errors.toStdString();
     // The copy started in the Applications folder gave the running one the activation, which
     // brings up another open panel there as it has no document.
-    EXPECT_TRUE(
-        TestEnvironment::waitUntil([&] { return lines(runningLog).count(openPanel) == 2; }, 120000))
-        << lines(runningLog).join('\n').toStdString();
+    EXPECT_TRUE(TestEnvironment::waitUntil(
+        [&] { return rawLines(runningLog).count(openPanel) == 2; }, 120000))
+        << rawLines(runningLog).join('\n').toStdString();
     EXPECT_EQ(lines(log),
         (QStringList {
             "start " + bundle, questionAlert.arg(downloadsNote), "start " + installed }));
@@ -248,7 +263,7 @@ TEST_F(PrivilegedMove, ACanceledPasswordPromptLeavesEverythingAsItWas)
                 "mich in den Ordner „Programme“. Dazu ist ein Administratorpasswort nötig. | In "
                 "„Programme“ verschieben,Nicht verschieben | escape Nicht verschieben | box "
                 "Diese Meldung nicht mehr anzeigen"));
-    EXPECT_EQ(lines(log).at(2), openPanel);
+    EXPECT_EQ(lines(log).at(2), wentOn);
     EXPECT_TRUE(QFileInfo::exists(bundle));
     EXPECT_EQ(leftovers(), QStringList {});
     EXPECT_EQ(TestEnvironment::readFile(home + "/pkexec-calls"), "called\n");
@@ -275,7 +290,7 @@ TEST_F(PrivilegedMove, ACopyThatFailsHalfWayKeepsTheInstalledCopyWhole)
         (QStringList { "start " + bundle,
             questionAlert.arg(" Note that this will require an "
                               "administrator password."),
-            "alert | Could not move to Applications folder |  | OK | escape  | box ", openPanel,
+            "alert | Could not move to Applications folder |  | OK | escape  | box ", wentOn,
             "end" }));
     EXPECT_EQ(leftovers(), QStringList { "Tolvane.app" });
     EXPECT_EQ(
@@ -294,7 +309,7 @@ TEST_F(PrivilegedMove, APathWithQuotesDollarsAndANewlineMovesWithoutRunningAnyth
     ASSERT_TRUE(waitForLine(log, "end"));
     // The name's newline splits the log's line.
     EXPECT_TRUE(QString::fromUtf8(TestEnvironment::readFile(log))
-                    .contains("\nstart " + applications + "/" + name + "\nwindow"));
+                    .contains("\nstart " + applications + "/" + name + "\nwindow "));
     EXPECT_TRUE(QFileInfo(applications + "/" + name + "/Contents/Linux/Tolvane").isExecutable());
     EXPECT_TRUE(QFileInfo::exists(trashed(name)));
     EXPECT_EQ(leftovers(), QStringList { name });
@@ -327,7 +342,7 @@ TEST_F(Move, ACopyOnAMountedImageStaysThereAndTheImageIsEjectedAfterwards)
     ASSERT_TRUE(waitForLine(log, "end"));
     EXPECT_EQ(lines(log),
         (QStringList { "start /media/Tolvane-1.0/Tolvane.app", questionAlert.arg(""),
-            "start " + applications + "/Tolvane.app", openPanel, "end" }));
+            "start " + applications + "/Tolvane.app", wentOn, "end" }));
     EXPECT_TRUE(QFileInfo::exists(image + "/Tolvane.app/Contents/Linux/Tolvane"));
     EXPECT_FALSE(QFileInfo::exists(home + "/.local/share/Trash"));
     ASSERT_TRUE(TestEnvironment::waitUntil(
