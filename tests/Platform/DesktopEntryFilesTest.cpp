@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DesktopEntryFiles.h"
 
-#include "PropertyList.h"
 #include "TestEnvironment.h"
 
 #include <QFile>
@@ -60,18 +59,6 @@ TEST(DesktopEntryFiles, TheTemplateKeepsItsKeysButThoseOfTheBundle)
         "Icon=app.tolvane.Tolvane\n\n[Desktop Action New]\nExec=tolvane --new\n");
     EXPECT_EQ(desktopEntry(QString(), "Tolvane", "/T", {}, QString()),
         "[Desktop Entry]\nType=Application\nName=Tolvane\nExec=/T %U\nTryExec=/T\n");
-}
-
-TEST(DesktopEntryFiles, TheApplicationClaimsItsDocumentTypesAndItsScheme)
-{
-    const QVariantMap info = PropertyList::fromData(
-        TestEnvironment::readFile(TOLVANE_APP_BUNDLE "/Contents/Info.plist"))
-                                 ->toMap();
-    const QStringList types = claimedMimeTypes(info);
-    for (const char* type : { "application/illustrator", "application/x-indesign", "image/x-eps",
-             "application/x-adobe-ase", "x-scheme-handler/tolvane" })
-        EXPECT_TRUE(types.contains(type)) << type;
-    EXPECT_EQ(types.size(), QSet<QString>(types.begin(), types.end()).size());
 }
 
 TEST(DesktopEntryFiles, ThePackageKeepsOnlyWhatTheMachineDoesNotKnow)

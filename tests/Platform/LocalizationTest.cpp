@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "Localization.h"
-
 #include "Bundle.h"
+#include "Localization.h"
 #include "TestEnvironment.h"
 
 #include <QCoreApplication>

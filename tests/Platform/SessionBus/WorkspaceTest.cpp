@@ -4,11 +4,9 @@
 #include "FakeDesktop.h"
 #include "TestEnvironment.h"
 
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <gtest/gtest.h>
 
@@ -177,43 +175,6 @@ TEST(Workspace, ALaunchAfterAProcessWaitsForItsEnd)
     watched.waitForFinished();
     EXPECT_EQ(waitForLaunch(), QStringList { "gone" });
     qunsetenv("TOLVANE_WATCHED_PID");
-}
-
-TEST(Workspace, RecycleMovesIntoTheHomesTrashFromWhereItCanBePutBack)
-{
-    const QString bundle = TestEnvironment::home() + QStringLiteral("/Downloads/Tolvane.app");
-    TestEnvironment::writeFile(bundle + QStringLiteral("/Contents/Info.plist"), "x");
-    QString error;
-    ASSERT_TRUE(NSWorkspace::sharedWorkspace().recycle(bundle, &error)) << error.toStdString();
-    EXPECT_FALSE(QFile::exists(bundle));
-    const QString trash = TestEnvironment::userLibrary() + QStringLiteral("/Trash");
-    EXPECT_EQ(
-        TestEnvironment::readFile(trash + QStringLiteral("/files/Tolvane.app/Contents/Info.plist")),
-        "x");
-    EXPECT_TRUE(TestEnvironment::readFile(trash + QStringLiteral("/info/Tolvane.app.trashinfo"))
-                    .contains("\nPath=" + QFile::encodeName(bundle) + "\n"));
-
-    EXPECT_FALSE(NSWorkspace::sharedWorkspace().recycle(bundle, &error));
-    EXPECT_FALSE(error.isEmpty());
-}
-
-TEST(Workspace, RunningApplicationsNameTheirExecutables)
-{
-    QProcess sleeping;
-    sleeping.start(QStringLiteral("/bin/sleep"), { QStringLiteral("600") });
-    ASSERT_TRUE(sleeping.waitForStarted());
-    const qint64 sleeper = sleeping.processId();
-    const auto running = NSWorkspace::sharedWorkspace().runningApplications();
-    sleeping.kill();
-    sleeping.waitForFinished();
-    const auto listed = [&](qint64 processId, const QString& executable) {
-        return std::any_of(running.begin(), running.end(), [&](const NSRunningApplication& app) {
-            return app.processIdentifier == processId && app.executablePath == executable;
-        });
-    };
-    EXPECT_TRUE(listed(sleeper, QFileInfo(QStringLiteral("/bin/sleep")).canonicalFilePath()));
-    EXPECT_TRUE(
-        listed(QCoreApplication::applicationPid(), QCoreApplication::applicationFilePath()));
 }
 
 }

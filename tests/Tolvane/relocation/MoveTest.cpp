@@ -237,6 +237,15 @@ protected:
         QFile::setPermissions(applications, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
+    // An installed copy, put there as an administrator would.
+    void installCopyAt(const QString& installed)
+    {
+        QFile::setPermissions(applications, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        copyApplicationTo(installed);
+        TestEnvironment::writeFile(installed + "/Contents/Resources/installed-marker", "mine");
+        QFile::setPermissions(applications, QFile::ReadOwner | QFile::ExeOwner);
+    }
+
     QStringList leftovers() const
     {
         return QDir(applications).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
@@ -273,10 +282,7 @@ TEST_F(PrivilegedMove, ACopyThatFailsHalfWayKeepsTheInstalledCopyWhole)
 {
     const QString installed = applications + "/Tolvane.app";
     const QString bundle = downloads + "/Tolvane.app";
-    QFile::setPermissions(applications, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    copyApplicationTo(installed);
-    TestEnvironment::writeFile(installed + "/Contents/Resources/installed-marker", "mine");
-    QFile::setPermissions(applications, QFile::ReadOwner | QFile::ExeOwner);
+    installCopyAt(installed);
     copyApplicationTo(bundle);
     const QString locked = bundle + "/Contents/Resources/zz-locked";
     TestEnvironment::writeFile(locked, "nobody reads this");
@@ -304,13 +310,17 @@ TEST_F(PrivilegedMove, APathWithQuotesDollarsAndANewlineMovesWithoutRunningAnyth
     const QString name = "Tolvane 'new' $(touch pwned);\n`touch pwned`.app";
     const QString bundle = downloads + "/" + name;
     copyApplicationTo(bundle);
+    installCopyAt(applications + "/" + name);
 
     run(bundle, "move", wrapper);
     ASSERT_TRUE(waitForLine(log, "end"));
     // The name's newline splits the log's line.
     EXPECT_TRUE(QString::fromUtf8(TestEnvironment::readFile(log))
                     .contains("\nstart " + applications + "/" + name + "\nwindow "));
+    // The installed copy was replaced.
     EXPECT_TRUE(QFileInfo(applications + "/" + name + "/Contents/Linux/Tolvane").isExecutable());
+    EXPECT_FALSE(
+        QFileInfo::exists(applications + "/" + name + "/Contents/Resources/installed-marker"));
     EXPECT_TRUE(QFileInfo::exists(trashed(name)));
     EXPECT_EQ(leftovers(), QStringList { name });
     QDirIterator everything(
@@ -345,8 +355,10 @@ TEST_F(Move, ACopyOnAMountedImageStaysThereAndTheImageIsEjectedAfterwards)
             "start " + applications + "/Tolvane.app", wentOn, "end" }));
     EXPECT_TRUE(QFileInfo::exists(image + "/Tolvane.app/Contents/Linux/Tolvane"));
     EXPECT_FALSE(QFileInfo::exists(home + "/.local/share/Trash"));
+    // The line is complete once it ends.
     ASSERT_TRUE(TestEnvironment::waitUntil(
-        [&] { return QFileInfo::exists(home + "/udisksctl-calls"); }, 120000));
+        [&] { return TestEnvironment::readFile(home + "/udisksctl-calls").endsWith('\n'); },
+        120000));
     EXPECT_TRUE(TestEnvironment::readFile(home + "/udisksctl-calls")
                     .startsWith("unmount --no-user-interaction --block-device /"));
 }
