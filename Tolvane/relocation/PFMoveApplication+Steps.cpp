@@ -53,8 +53,8 @@ if ! mv -T -- "$work/new" "$destination"; then
 fi
 )sh");
 
-    // Unmounts the volume a few seconds after this process has ended: through udisks, as the
-    // desktop mounted it, else directly.
+    // Unmounts the volume five seconds on, when this process has long ended: through udisks, as
+    // the desktop mounted it, else directly.
     const QString ejectScript = QStringLiteral(
         "sleep 5; udisksctl unmount --no-user-interaction --block-device \"$1\" >/dev/null 2>&1 "
         "|| umount -- \"$2\"");
