@@ -7,6 +7,7 @@
 #include <archive_entry.h>
 #include <memory>
 #include <optional>
+#include <sys/stat.h>
 
 namespace SUUnarchiver {
 
@@ -49,6 +50,22 @@ namespace {
 
     QString printable(const QByteArray& path) { return QString::fromUtf8(path); }
 
+    // A link already unpacked on the way to the entry (or in its place) would carry the entry
+    // wherever the link points, past the checks of the link's own target.
+    bool passesThroughALink(const QByteArray& folder, const QList<QByteArray>& parts)
+    {
+        QByteArray path = folder;
+        for (const QByteArray& part : parts) {
+            path += '/' + part;
+            struct stat status = {};
+            if (::lstat(path.constData(), &status) != 0)
+                return false;
+            if (S_ISLNK(status.st_mode))
+                return true;
+        }
+        return false;
+    }
+
     QString entryProblem(archive_entry* entry, const QByteArray& folder, QByteArray* destination,
         QByteArray* hardlinkDestination)
     {
@@ -59,6 +76,9 @@ namespace {
                 .arg(printable(path));
         if (parts->isEmpty())
             return {}; // the archive's own top folder, "./"
+        if (passesThroughALink(folder, *parts))
+            return QStringLiteral("The entry “%1” would be written through a link.")
+                .arg(printable(path));
         *destination = folder + '/' + parts->join('/');
 
         if (const char* hardlink = archive_entry_hardlink(entry)) {
@@ -106,7 +126,7 @@ bool unpack(QByteArrayView data, const QString& folder, QString* error)
     archive_read_support_filter_gzip(reader.get());
     archive_read_support_filter_xz(reader.get());
     if (archive_read_open_memory(reader.get(), data.data(), size_t(data.size())) != ARCHIVE_OK)
-        return fail(QStringLiteral("The archive cannot be read: %1")
+        return fail(QStringLiteral("The archive is damaged or of an unknown kind: %1")
                         .arg(QString::fromUtf8(archive_error_string(reader.get()))));
 
     ArchivePointer writer(archive_write_disk_new(), archive_write_free);
