@@ -53,8 +53,9 @@ std::optional<SUUpdaterError> SUVerifyArchive(QByteArrayView archive, qint64 exp
     SUUpdaterError error;
     if (expectedLength > 0 && archive.size() != expectedLength) {
         error.kind = SUUpdaterError::LengthMismatch;
-        error.detail
-            = QStringLiteral("(%1 bytes instead of %2)").arg(archive.size()).arg(expectedLength);
+        error.detail = QStringLiteral("It has %1 bytes instead of %2.")
+                           .arg(archive.size())
+                           .arg(expectedLength);
         return error;
     }
     const auto key = SUEd25519::fromBase64(publicEDKey, SUEd25519::publicKeySize);

@@ -83,7 +83,7 @@ void SUDownloader::receive()
     }
     if (m_expectedLength > 0 && m_file.size() > m_expectedLength) {
         abortWith({ SUUpdaterError::LengthMismatch,
-            QStringLiteral("(more than %1 bytes)").arg(m_expectedLength) });
+            QStringLiteral("It is longer than %1 bytes.").arg(m_expectedLength) });
         return;
     }
     const qint64 total = m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
@@ -99,7 +99,7 @@ void SUDownloader::replyFinished()
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (!error && status >= 400)
         error = SUUpdaterError { SUUpdaterError::DownloadFailed,
-            QStringLiteral("(HTTP status %1)").arg(status), status };
+            QStringLiteral("The server answered with HTTP status %1.").arg(status), status };
     if (!error && m_reply->error() != QNetworkReply::NoError)
         error = SUUpdaterError { SUUpdaterError::DownloadFailed, m_reply->errorString() };
     m_reply->deleteLater();

@@ -114,7 +114,7 @@ void SUInstallerConnection::processEnded()
         return;
     }
     fail({ SUUpdaterError::InstallFailed,
-        QStringLiteral("(the installer ended with status %1)").arg(m_process.exitCode()) });
+        QStringLiteral("The installer ended with status %1.").arg(m_process.exitCode()) });
 }
 
 void SUInstallerConnection::fail(const SUUpdaterError& error)
@@ -131,7 +131,7 @@ bool SUInstallerConnection::installAndCommitNow(SUUpdaterError* error)
     m_process.disconnect(this);
     m_ended = true;
     SUUpdaterError failure { SUUpdaterError::InstallFailed,
-        QStringLiteral("(the installer ended without an answer)") };
+        QStringLiteral("The installer ended without an answer.") };
     send("install");
     for (;;) {
         if (!m_process.canReadLine()

@@ -48,7 +48,7 @@ SUUpdateDriver::SUUpdateDriver(
     connect(&m_relaunchDeadline, &QTimer::timeout, this, [this] {
         if (m_newCopyProcess > 0)
             ::kill(pid_t(m_newCopyProcess), SIGTERM);
-        relaunchFailedWith(QStringLiteral("(it did not start in time)"));
+        relaunchFailedWith(QStringLiteral("It did not start in time."));
     });
 }
 
@@ -182,7 +182,7 @@ void SUUpdateDriver::launchNewCopy()
     emit willRelaunch();
     if (!NSWorkspace::sharedWorkspace().launchApplication(
             m_host.bundlePath, {}, &m_newCopyProcess)) {
-        relaunchFailedWith(QStringLiteral("(it could not be started)"));
+        relaunchFailedWith(QStringLiteral("It could not be started."));
         return;
     }
     QDBusConnection bus = QDBusConnection::sessionBus();
@@ -212,7 +212,7 @@ void SUUpdateDriver::newCopyCheck()
         return;
     }
     if (!processRuns(m_newCopyProcess))
-        relaunchFailedWith(QStringLiteral("(it ended right after it started)"));
+        relaunchFailedWith(QStringLiteral("It ended right after it started."));
 }
 
 void SUUpdateDriver::relaunchFailedWith(const QString& detail)

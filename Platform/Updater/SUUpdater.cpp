@@ -348,8 +348,10 @@ QString SUUpdater::busName() const
 
 bool SUUpdater::needsPrivileges(const QString& bundlePath)
 {
+    // Renaming a folder into another one needs both the folder and the one that holds it.
     const QFileInfo bundle(bundlePath);
-    return !bundle.isWritable() || !QFileInfo(bundle.absolutePath()).isWritable();
+    return (bundle.exists() && !bundle.isWritable())
+        || !QFileInfo(bundle.absolutePath()).isWritable();
 }
 
 SUUpdateFound SUUpdater::updateFound(const SUAppcastItem& item, bool userInitiated) const

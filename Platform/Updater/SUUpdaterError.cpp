@@ -5,9 +5,15 @@
 
 namespace {
 
+// The message, then the detail as a sentence of its own.
 QString withDetail(const QString& message, const QString& detail)
 {
-    return detail.isEmpty() ? message : message + QLatin1Char(' ') + detail;
+    const QString sentence = detail.trimmed();
+    if (sentence.isEmpty())
+        return message;
+    const bool ended
+        = sentence.endsWith(u'.') || sentence.endsWith(u'!') || sentence.endsWith(u'?');
+    return message + QLatin1Char(' ') + sentence + (ended ? QString() : QStringLiteral("."));
 }
 
 const char* const nothingInstalled = "Nothing was installed.";
