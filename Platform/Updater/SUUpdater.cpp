@@ -393,9 +393,10 @@ SUUpdateDriver* SUUpdater::makeDriver(const SUAppcastItem& item)
         m_driver->deleteLater();
         if (std::exchange(m_relaunchAnnounced, false))
             emit relaunchFailed();
-        if (error.kind != SUUpdaterError::Canceled)
-            NSLog(QStringLiteral("ERROR -- The update was not installed: %1")
-                      .arg(error.localizedDescription()));
+        NSLog(QStringLiteral("%1 -- The update was not installed: %2")
+                  .arg(error.kind == SUUpdaterError::Canceled ? QStringLiteral("INFO")
+                                                              : QStringLiteral("ERROR"),
+                      error.localizedDescription()));
         emit updateInstallationFailed(error);
     });
     connect(m_driver, &SUUpdateDriver::willRelaunch, this, [this] {
@@ -406,7 +407,10 @@ SUUpdateDriver* SUUpdater::makeDriver(const SUAppcastItem& item)
         NSLog(QStringLiteral("INFO -- Version %1 is installed and started")
                   .arg(m_driver->item().displayVersion()));
         m_driver->deleteLater();
-        QCoreApplication::quit();
+        if (m_userDriver)
+            m_userDriver->dismissUpdateInstallation();
+        // The new copy runs: this process ends whatever its windows say.
+        QCoreApplication::exit(0);
     });
     return m_driver;
 }
@@ -419,10 +423,6 @@ void SUUpdater::showInstallation(SUUpdateDriver* driver)
         m_userDriver->dismissUpdateInstallation();
         if (error.kind != SUUpdaterError::Canceled)
             m_userDriver->showUpdaterError(error);
-    });
-    connect(driver, &SUUpdateDriver::relaunched, this, [this] {
-        if (m_userDriver)
-            m_userDriver->dismissUpdateInstallation();
     });
     connect(driver, &SUUpdateDriver::downloadProgress, this, [this](qint64 received, qint64 total) {
         if (m_userDriver)

@@ -56,8 +56,11 @@ void SUStandardUserDriver::showInstallStatus(const QString& status, bool cancela
 
 void SUStandardUserDriver::dismissUpdateInstallation()
 {
-    if (SUStatusWindow* window = statusWindow())
+    if (SUStatusWindow* window = statusWindow()) {
+        window->hide();
         window->deleteLater();
+        m_window = nullptr;
+    }
 }
 
 void SUStandardUserDriver::showReadyToInstallAtQuit(
@@ -98,7 +101,11 @@ void SUStandardUserDriver::showMessage(
 
 void SUStandardUserDriver::present(QWidget* window)
 {
-    delete m_window.data();
+    // The window replaced may be the one whose button led here: it goes once that has returned.
+    if (m_window) {
+        m_window->hide();
+        m_window->deleteLater();
+    }
     m_window = window;
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowModality(Qt::NonModal);

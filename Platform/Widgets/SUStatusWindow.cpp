@@ -45,6 +45,8 @@ SUStatusWindow::SUStatusWindow(std::function<void()> cancel, QWidget* parent)
     auto* buttons = new QDialogButtonBox;
     m_cancelButton = buttons->addButton(QDialogButtonBox::Cancel);
     m_cancelButton->setText(NSLocalizedString("Cancel"));
+    // Return, pressed once more after "Install Update", must not cancel what it started.
+    m_cancelButton->setAutoDefault(false);
     connect(buttons, &QDialogButtonBox::rejected, this, &SUStatusWindow::reject);
     layout->addWidget(buttons);
     m_clock.start();

@@ -78,11 +78,11 @@ SUUpdateAlert::SUUpdateAlert(
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(this, &QDialog::rejected, this, [reply] { reply(SUUpdateAlertChoice::RemindLater); });
     connect(m_install, &QPushButton::clicked, this, [this, reply, update] {
+        accept();
         if (update.installable)
             reply(SUUpdateAlertChoice::Install);
         else
             NSWorkspace::sharedWorkspace().openURL(m_downloadPage);
-        accept();
     });
     layout->addWidget(buttons);
 }

@@ -79,7 +79,8 @@ TEST_F(UserDriverTest, ANewWindowReplacesTheOpenOne)
     m_driver.showUpdateNotFound(QStringLiteral("1.0"), {});
     QPointer<QWidget> first = m_driver.window();
     m_driver.showUpdateFound(update(QStringLiteral("Fixes.")), recordChoice());
-    EXPECT_TRUE(first.isNull());
+    EXPECT_FALSE(first->isVisible());
+    EXPECT_TRUE(TestEnvironment::waitUntil([&] { return first.isNull(); }, 5000));
     EXPECT_NE(qobject_cast<SUUpdateAlert*>(m_driver.window()), nullptr);
 }
 
@@ -144,13 +145,20 @@ TEST_F(UserDriverTest, AnInstallableUpdateIsInstalledNotDownloadedByHand)
     SUUpdateFound found = update(QStringLiteral("Fixes."));
     found.installable = true;
     found.critical = true;
-    m_driver.showUpdateFound(found, recordChoice());
+    // As the updater does: the answer opens the progress window in place of the alert.
+    m_driver.showUpdateFound(found, [this](SUUpdateAlertChoice choice) {
+        m_choices.append(choice);
+        m_driver.showDownloadStarted([] {});
+    });
     auto* alert = qobject_cast<SUUpdateAlert*>(m_driver.window());
     ASSERT_NE(alert, nullptr);
     EXPECT_EQ(alert->installButton()->text(), QStringLiteral("Install Update"));
     EXPECT_FALSE(label(alert, "critical").isEmpty());
+    QPointer<QWidget> alertWindow = alert;
     QTest::keyClick(alert, Qt::Key_Return);
     EXPECT_EQ(m_choices, QList { SUUpdateAlertChoice::Install });
+    EXPECT_NE(qobject_cast<SUStatusWindow*>(m_driver.window()), nullptr);
+    EXPECT_TRUE(TestEnvironment::waitUntil([&] { return alertWindow.isNull(); }, 5000));
     QTest::qWait(200);
     EXPECT_TRUE(m_opener.recordedArguments().isEmpty());
 }
@@ -171,6 +179,8 @@ TEST_F(UserDriverTest, ProgressShowsBytesAndTimeLeftAndCancelsUntilInstalling)
     EXPECT_EQ(SUStatusWindow::downloadDetail(1 << 20, 200 << 20, 60000),
         QStringLiteral("1.0 MB of 200.0 MB (about 4 hours left)"));
 
+    QTest::keyClick(status, Qt::Key_Return); // Return is not Cancel
+    EXPECT_EQ(cancels, 0);
     m_driver.showInstallStatus(QStringLiteral("Installing update…"), false);
     QTest::keyClick(status, Qt::Key_Escape);
     EXPECT_EQ(cancels, 0);
