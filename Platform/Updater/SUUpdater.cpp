@@ -450,8 +450,14 @@ void SUUpdater::showInstallation(SUUpdateDriver* driver)
 
 void SUUpdater::installUpdate(const SUAppcastItem& item)
 {
-    if (m_driver)
+    if (m_driver) {
+        // One prepared in the background needs only to be put in place.
+        if (m_driver->stage() == SUUpdateDriver::Stage::Ready) {
+            showInstallation(m_driver);
+            m_driver->installAndRelaunch();
+        }
         return;
+    }
     SUUpdateDriver* driver = makeDriver(item);
     showInstallation(driver);
     connect(driver, &SUUpdateDriver::readyToInstall, driver, &SUUpdateDriver::installAndRelaunch);

@@ -184,6 +184,19 @@ public:
             60000));
     }
 
+    // With the preferences' "download" choice, Tolvane 2.0 is downloaded and prepared.
+    void prepareInstallAtQuit()
+    {
+        {
+            UserDefaults defaults(busName);
+            defaults.setBool(true, "SUAutomaticallyUpdate");
+            ASSERT_TRUE(defaults.synchronize());
+        }
+        publish(releaseArchive());
+        start();
+        ASSERT_TRUE(logged("will be installed when Tolvane quits")) << log.toStdString();
+    }
+
     QStringList leftovers() const
     {
         QStringList found
@@ -279,14 +292,7 @@ INSTANTIATE_TEST_SUITE_P(Steps, FailedUpdateEndToEnd,
 
 TEST_F(UpdateEndToEnd, TheDownloadChoiceInstallsWhenTheSessionEndsTheApplication)
 {
-    {
-        UserDefaults defaults(busName);
-        defaults.setBool(true, "SUAutomaticallyUpdate");
-        ASSERT_TRUE(defaults.synchronize());
-    }
-    publish(releaseArchive());
-    start();
-    ASSERT_TRUE(logged("will be installed when Tolvane quits")) << log.toStdString();
+    prepareInstallAtQuit();
     EXPECT_EQ(bundleVersion(bundle), "100");
     tolvane.terminate(); // SIGTERM
     ASSERT_TRUE(ends(tolvane));
@@ -297,14 +303,7 @@ TEST_F(UpdateEndToEnd, TheDownloadChoiceInstallsWhenTheSessionEndsTheApplication
 
 TEST_F(UpdateEndToEnd, ASwapThatFailsAtQuitKeepsTheOldCopyWorking)
 {
-    {
-        UserDefaults defaults(busName);
-        defaults.setBool(true, "SUAutomaticallyUpdate");
-        ASSERT_TRUE(defaults.synchronize());
-    }
-    publish(releaseArchive());
-    start();
-    ASSERT_TRUE(logged("will be installed when Tolvane quits")) << log.toStdString();
+    prepareInstallAtQuit();
     // Something removes the prepared copy before the swap.
     for (const QString& name : leftovers())
         QDir(applications + "/" + name + "/Tolvane.app").removeRecursively();
