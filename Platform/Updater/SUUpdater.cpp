@@ -12,7 +12,6 @@
 #include "UserDefaults.h"
 
 #include <QCoreApplication>
-#include <QDBusConnection>
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QStandardPaths>
