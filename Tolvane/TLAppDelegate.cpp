@@ -13,9 +13,11 @@
 #include "SystemLog.h"
 #include "TLPrefrencesWindowController.h"
 #include "UserDefaults.h"
+#include "VistrelAutoUpdate.h"
 #include "VistrelUtilities.h"
 #include "Workspace.h"
 
+#include <QTimer>
 #include <cstdlib>
 
 namespace {
@@ -41,6 +43,9 @@ TLAppDelegate::~TLAppDelegate()
         kInternetEventClass, kAEGetURL);
     if (SUUpdater::sharedUpdater()->delegate() == this)
         SUUpdater::sharedUpdater()->setDelegate(nullptr);
+    QXWelcomeScreen* welcomeScreen = QXWelcomeScreen::sharedWelcomeScreenWithDelegate(nullptr);
+    if (welcomeScreen->delegate() == this)
+        welcomeScreen->setDelegate(nullptr);
 }
 
 void TLAppDelegate::applicationWillFinishLaunching()
@@ -93,9 +98,16 @@ void TLAppDelegate::applicationDidFinishLaunching()
         && defaults.boolForKey(enableAutomaticChecksKey))
         SUUpdater::sharedUpdater()->checkForUpdatesInBackground();
 
+    if (QXWelcomeScreen::showAtStartup())
+        QXWelcomeScreen::displayIfPossibleWithDelegate(this, true);
+
     defaults.setObject(Bundle::mainBundle().objectForInfoDictionaryKey(
                            QStringLiteral("CFBundleShortVersionString")),
         preferencesApplicationVersionKey);
+
+    // From the event loop, so that the first windows are up before the check waits for the
+    // network.
+    QTimer::singleShot(0, this, [this] { runGeneratorUpdateCheck(true); });
 }
 
 void TLAppDelegate::showPreferences()
@@ -118,6 +130,36 @@ void TLAppDelegate::checkForUpdate()
     updater->setDelegate(this);
     updater->checkForUpdates();
 }
+
+void TLAppDelegate::displayWelcomeScreen()
+{
+    QXWelcomeScreen::displayIfPossibleWithDelegate(this, false);
+}
+
+void TLAppDelegate::checkForGeneratorUpdate() { runGeneratorUpdateCheck(false); }
+
+void TLAppDelegate::runGeneratorUpdateCheck(bool automatic)
+{
+    // The check keeps the event loop running while it waits, so the menu could start another.
+    if (m_generatorUpdateCheckRunning)
+        return;
+    m_generatorUpdateCheckRunning = true;
+    emit generatorUpdateCheckRunning(true);
+    VistrelAutoUpdate* checker = VistrelAutoUpdate::sharedAutoUpdate();
+    try {
+        if (automatic)
+            checker->autoCheckForUpdate();
+        else
+            checker->checkForUpdateAndShowNone(true, true, false);
+    } catch (const NSException& error) {
+        NSLog(
+            QStringLiteral("ERROR -- the generator's update check failed: %1").arg(error.reason()));
+    }
+    m_generatorUpdateCheckRunning = false;
+    emit generatorUpdateCheckRunning(false);
+}
+
+QString TLAppDelegate::typeForWelcomeScreen(QXWelcomeScreen*) { return QStringLiteral("RA"); }
 
 void TLAppDelegate::visitWebsite() { visitURLFromInfoDictionary(QStringLiteral("QXAppURL")); }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "QXWelcomeScreen.h"
 #include "SUUpdaterDelegate.h"
 
 #include <QList>
@@ -13,8 +14,9 @@ class NSAppleEventDescriptor;
 class TLPrefrencesWindowController;
 
 // The application's delegate: the launch sequence, the actions of the application menu, the URL
-// commands of the previews and the updater's feed parameters. Everything runs on the main thread.
-class TLAppDelegate : public QObject, public SUUpdaterDelegate {
+// commands of the previews, the updater's feed parameters and the welcome screen's questions.
+// Everything runs on the main thread.
+class TLAppDelegate : public QObject, public SUUpdaterDelegate, public QXWelcomeScreenDelegate {
     Q_OBJECT
 public:
     explicit TLAppDelegate(QObject* parent = nullptr);
@@ -24,13 +26,19 @@ public:
     // unsupported one it shows the incompatibility alert and ends the process with status 0.
     void applicationWillFinishLaunching();
     // Turns automatic checks on when never set, starts the background check where the launch
-    // rule allows it, and records the application's version.
+    // rule allows it, shows the welcome screen when it is due and the network is there, records
+    // the application's version, and then, from the event loop, checks for a newer generator
+    // when its update frequency says so.
     void applicationDidFinishLaunching();
 
     // Menu actions.
     void showPreferences();
     void showAboutWindow();
     void checkForUpdate();
+    void displayWelcomeScreen();
+    // The generator's update check with all its alerts. One asked for while a check runs is not
+    // started (the menu item is disabled meanwhile).
+    void checkForGeneratorUpdate();
     void visitWebsite();
     void visitFeedbackAndSupport();
 
@@ -47,6 +55,8 @@ public:
     QList<QVariantMap> feedParametersForUpdater(
         SUUpdater* updater, bool sendingSystemProfile) override;
 
+    QString typeForWelcomeScreen(QXWelcomeScreen* welcomeScreen) override;
+
     // The one preferences window controller; none before the first showPreferences().
     TLPrefrencesWindowController* preferencesWindowController() const
     {
@@ -56,10 +66,14 @@ public:
 signals:
     // The application should come to the front (a "settings" command).
     void activateRequested();
+    // A check for a newer generator started (true) or ended (false).
+    void generatorUpdateCheckRunning(bool running);
 
 private:
     void visitURLFromInfoDictionary(const QString& key);
     void runIncompatibilityAlertAndExit();
+    void runGeneratorUpdateCheck(bool automatic);
 
     std::unique_ptr<TLPrefrencesWindowController> _prefController;
+    bool m_generatorUpdateCheckRunning = false;
 };

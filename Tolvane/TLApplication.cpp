@@ -5,6 +5,7 @@
 #include "ApplicationInstance.h"
 #include "Bundle.h"
 #include "Localization.h"
+#include "NSAlert.h"
 #include "SUStandardUserDriver.h"
 #include "SUUpdater.h"
 #include "TLAppDelegate.h"
@@ -48,6 +49,14 @@ TLApplication::TLApplication(QApplication& application)
     // the schedule, not only the checks the user starts.
     SUUpdater::sharedUpdater()->setDelegate(m_delegate.get());
     SUUpdater::sharedUpdater()->setUserDriver(m_updaterWindows.get());
+    // The title is the alert's message, the panel's message its informative text.
+    NSSetAlertPanelRunner(
+        [](const QString& title, const QString& message, const QString& defaultButton,
+            const QString& alternateButton, const QString& otherButton) {
+            return NSAlert::alertWithMessageText(
+                title, defaultButton, alternateButton, otherButton, message)
+                ->runModal();
+        });
     connect(m_documents.get(), &TLDocumentController::documentOpened, this,
         [this](TLDocument* document) { m_menu->installMenuBar(document->window()); });
     connect(
@@ -74,6 +83,7 @@ TLApplication::TLApplication(QApplication& application)
 
 TLApplication::~TLApplication()
 {
+    NSSetAlertPanelRunner({});
     SUUpdater* updater = SUUpdater::sharedUpdater();
     updater->setUserDriver(nullptr);
     if (updater->delegate() == m_delegate.get())

@@ -34,13 +34,12 @@ TLMainMenu::TLMainMenu(TLAppDelegate& delegate, TLDocumentController& documents,
     , m_website(makeAction(this, tr("Tolvane &Website")))
     , m_support(makeAction(this, tr("&Feedback and Support")))
     , m_checkForUpdates(makeAction(this, tr("Check for &Updates…")))
+    , m_checkForGeneratorUpdates(makeAction(this, tr("Check for &Vistrel Pro Updates…")))
     , m_about(makeAction(this, tr("&About Tolvane")))
 {
     m_preferences->setMenuRole(QAction::PreferencesRole);
     m_about->setMenuRole(QAction::AboutRole);
     m_quit->setMenuRole(QAction::QuitRole);
-    // The welcome page comes with its own window, which this version does not have yet.
-    m_welcome->setEnabled(false);
 
     connect(m_open, &QAction::triggered, this,
         [this] { m_documents.openDocument(QApplication::activeWindow()); });
@@ -52,7 +51,12 @@ TLMainMenu::TLMainMenu(TLAppDelegate& delegate, TLDocumentController& documents,
     connect(m_preferences, &QAction::triggered, &m_delegate, &TLAppDelegate::showPreferences);
     connect(m_website, &QAction::triggered, &m_delegate, &TLAppDelegate::visitWebsite);
     connect(m_support, &QAction::triggered, &m_delegate, &TLAppDelegate::visitFeedbackAndSupport);
+    connect(m_welcome, &QAction::triggered, &m_delegate, &TLAppDelegate::displayWelcomeScreen);
     connect(m_checkForUpdates, &QAction::triggered, &m_delegate, &TLAppDelegate::checkForUpdate);
+    connect(m_checkForGeneratorUpdates, &QAction::triggered, &m_delegate,
+        &TLAppDelegate::checkForGeneratorUpdate);
+    connect(&m_delegate, &TLAppDelegate::generatorUpdateCheckRunning, m_checkForGeneratorUpdates,
+        [this](bool running) { m_checkForGeneratorUpdates->setEnabled(!running); });
     connect(m_about, &QAction::triggered, &m_delegate, &TLAppDelegate::showAboutWindow);
 }
 
@@ -84,6 +88,7 @@ void TLMainMenu::installMenuBar(QMainWindow* window)
     help->addAction(m_support);
     help->addSeparator();
     help->addAction(m_checkForUpdates);
+    help->addAction(m_checkForGeneratorUpdates);
     help->addSeparator();
     help->addAction(m_about);
 }

@@ -14,7 +14,7 @@ class TLDocumentController;
 //   Edit:   Preferences…
 //   Window: Minimize and the open documents
 //   Help:   Welcome to Tolvane, Tolvane Website, Feedback and Support, Check for Updates…,
-//           About Tolvane
+//           Check for Vistrel Pro Updates…, About Tolvane
 class TLMainMenu : public QObject {
     Q_OBJECT
 public:
@@ -28,6 +28,8 @@ public:
     QAction* preferencesAction() const { return m_preferences; }
     QAction* aboutAction() const { return m_about; }
     QAction* checkForUpdatesAction() const { return m_checkForUpdates; }
+    QAction* welcomeAction() const { return m_welcome; }
+    QAction* checkForGeneratorUpdatesAction() const { return m_checkForGeneratorUpdates; }
 
 private:
     void fillRecentMenu(QMenu* menu);
@@ -43,5 +45,6 @@ private:
     QAction* m_website;
     QAction* m_support;
     QAction* m_checkForUpdates;
+    QAction* m_checkForGeneratorUpdates;
     QAction* m_about;
 };

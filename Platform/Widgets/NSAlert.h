@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+// What runModal() returns for the buttons of an alert made with alertWithMessageText():
+// NSAlertDefaultReturn, NSAlertAlternateReturn, NSAlertOtherReturn.
+#include "AlertPanel.h"
+
 #include <QCheckBox>
 #include <QList>
 #include <QPointer>
@@ -10,13 +14,6 @@
 class QAbstractButton;
 class QMessageBox;
 class QPushButton;
-
-// What runModal() returns for the buttons of an alert made with alertWithMessageText().
-enum : long {
-    NSAlertDefaultReturn = 1,
-    NSAlertAlternateReturn = 0,
-    NSAlertOtherReturn = -1,
-};
 
 // What runModal() returns for the buttons added with addButtonWithTitle(): the first, second,
 // third and so on.

@@ -2,6 +2,7 @@
 #include "PreviewWebModule.h"
 
 #include "PreviewWebContent.h"
+#include "WelcomeWebContent.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -60,20 +61,36 @@ void setPath(const QString& path)
     }
 }
 
+namespace {
+
+    // The module's entry point, which offers each kind of web content as an interface of its own.
+    template <typename Factory> Factory* loadedFactory(QString* error)
+    {
+        if (!loader()) {
+            prepareEnvironment();
+            // Kept for the life of the process: the engine cannot be unloaded once it ran.
+            loader() = new QPluginLoader(path());
+        }
+        QObject* instance = loader()->instance();
+        auto* result = qobject_cast<Factory*>(instance);
+        if (!result && error) {
+            *error = instance
+                ? QStringLiteral("%1 is not a web view module").arg(loader()->fileName())
+                : loader()->errorString();
+        }
+        return result;
+    }
+
+}
+
 PreviewWebContentFactory* factory(QString* error)
 {
-    if (!loader()) {
-        prepareEnvironment();
-        // Kept for the life of the process: the engine cannot be unloaded once it ran.
-        loader() = new QPluginLoader(path());
-    }
-    QObject* instance = loader()->instance();
-    auto* result = qobject_cast<PreviewWebContentFactory*>(instance);
-    if (!result && error) {
-        *error = instance ? QStringLiteral("%1 is not a web view module").arg(loader()->fileName())
-                          : loader()->errorString();
-    }
-    return result;
+    return loadedFactory<PreviewWebContentFactory>(error);
+}
+
+WelcomeWebContentFactory* welcomeFactory(QString* error)
+{
+    return loadedFactory<WelcomeWebContentFactory>(error);
 }
 
 bool isLoaded() { return loader() && loader()->isLoaded(); }

@@ -4,8 +4,9 @@
 #include <QString>
 
 class PreviewWebContentFactory;
+class WelcomeWebContentFactory;
 
-// The web engine module, loaded once, at the first page a preview shows.
+// The web engine module, loaded once, at the first page a preview or the welcome screen shows.
 namespace PreviewWebModule {
 
 // The module's file name, looked for next to the running executable unless a path is set.
@@ -17,6 +18,7 @@ void setPath(const QString& path);
 
 // Loads the module on first use. Nothing when it cannot be loaded; *error then says why.
 PreviewWebContentFactory* factory(QString* error);
+WelcomeWebContentFactory* welcomeFactory(QString* error);
 bool isLoaded();
 
 }

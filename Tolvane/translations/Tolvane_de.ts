@@ -84,6 +84,30 @@
         <source>Do not show this message again</source>
         <translation>Diese Meldung nicht mehr anzeigen</translation>
     </message>
+    <message>
+        <source>A New Version is available</source>
+        <translation>Eine neue Version ist verfügbar</translation>
+    </message>
+    <message>
+        <source>A new version of %1, version %2, is available. Would you like to download the new version now?</source>
+        <translation>Eine neue Version von %1, Version %2, ist verfügbar. Möchten Sie die neue Version jetzt laden?</translation>
+    </message>
+    <message>
+        <source>Your Software is up-to-date</source>
+        <translation>Ihre Software ist auf dem neuesten Stand</translation>
+    </message>
+    <message>
+        <source>You have the most recent version of %1.</source>
+        <translation>Sie haben die neueste Version von %1.</translation>
+    </message>
+    <message>
+        <source>Unable to check for update</source>
+        <translation>Suche nach Updates nicht möglich</translation>
+    </message>
+    <message>
+        <source>%1 was unable to check for an update online. Please make sure you have a valid connection to the internet and try again.</source>
+        <translation>%1 konnte nicht online nach einem Update suchen. Bitte prüfen Sie Ihre Internetverbindung und versuchen Sie es erneut.</translation>
+    </message>
 </context>
 <context>
     <name>TLMainMenu</name>
@@ -118,6 +142,10 @@
     <message>
         <source>Check for &amp;Updates…</source>
         <translation>Nach &amp;Updates suchen…</translation>
+    </message>
+    <message>
+        <source>Check for &amp;Vistrel Pro Updates…</source>
+        <translation>Nach &amp;Vistrel-Pro-Updates suchen…</translation>
     </message>
     <message>
         <source>&amp;About Tolvane</source>
@@ -181,6 +209,25 @@
     <message>
         <source>Only files on this computer can be opened.</source>
         <translation>Nur Dateien auf diesem Computer können geöffnet werden.</translation>
+    </message>
+</context>
+<context>
+    <name>QXWelcomeScreen</name>
+    <message>
+        <source>Welcome to %1</source>
+        <translation>Willkommen bei %1</translation>
+    </message>
+    <message>
+        <source>&amp;Show this window when Tolvane starts</source>
+        <translation>Dieses Fenster beim &amp;Start von Tolvane zeigen</translation>
+    </message>
+    <message>
+        <source>Loading the welcome page</source>
+        <translation>Die Willkommensseite wird geladen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 </TS>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "WebEnginePreviewFactory.h"
 
+#include "WebEngineWelcomeContent.h"
+
 #include <QPointer>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
@@ -85,4 +87,10 @@ std::unique_ptr<PreviewWebContent> WebEnginePreviewFactory::create(
     QWidget* parent, PreviewWebCallbacks callbacks)
 {
     return std::make_unique<WebEnginePreviewContent>(parent, std::move(callbacks));
+}
+
+std::unique_ptr<WelcomeWebContent> WebEnginePreviewFactory::create(
+    QWidget* parent, WelcomeWebCallbacks callbacks)
+{
+    return makeWebEngineWelcomeContent(parent, std::move(callbacks));
 }

@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The generator's update check against a real HTTP server on 127.0.0.1.
+#include "AlertPanel.h"
+#include "FakeDesktop.h"
+#include "HttpTestServer.h"
+#include "PropertyList.h"
+#include "TestEnvironment.h"
+#include "VistrelAutoUpdate.h"
+#include "VistrelUtilities.h"
+
+#include <QDateTime>
+#include <gtest/gtest.h>
+
+namespace {
+
+struct ShownAlert {
+    QString title;
+    QString message;
+    QStringList buttons;
+};
+
+const QByteArray updateAnswer = "<plist version=\"1.0\"><dict>"
+                                "<key>QXSoftwareUpdateFoundUpdateKey</key><true/>"
+                                "<key>QXSoftwareUpdateNewVersionKey</key><string>2.0</string>"
+                                "<key>QXSoftwareUpdateDownloadURLKey</key>"
+                                "<string>https://tolvane.example/download/</string>"
+                                "<key>Notes</key><string>kept</string></dict></plist>";
+const QByteArray upToDateAnswer
+    = "<plist version=\"1.0\"><dict>"
+      "<key>QXSoftwareUpdateFoundUpdateKey</key><false/></dict></plist>";
+
+const QString requestPath
+    = "/cgi-bin/software/softwareupdate.cgi?su_ver=1.0&app=Vistrel%20Pro&ver=1.4&rel=140"
+      "&stage=release&plat=MacOSX&os_ver=1068&end="
+    + QString(QSysInfo::ByteOrder == QSysInfo::LittleEndian ? "little" : "big")
+    + "&lang=en&form=XML";
+
+double now() { return QDateTime::currentMSecsSinceEpoch() / 1000.0; }
+
+class UpdateCheck : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        qputenv("TOLVANE_SYSTEM_VERSION", "10.6.8");
+        qputenv("TOLVANE_UPDATE_HOST", server.authority().toUtf8());
+        ASSERT_TRUE(PropertyList::writeXmlAtomically(
+            QVariantMap { { "CFBundleName", "Vistrel Pro" },
+                { "CFBundleShortVersionString", "1.4" }, { "QXReleaseVersion", "140" },
+                { "QXReleaseStage", "release" } },
+            TestEnvironment::userLibrary()
+                + "/QuickLook/Vistrel Pro.qlgenerator/Contents/Info.plist"));
+        NSSetAlertPanelRunner(
+            [this](const QString& title, const QString& message, const QString& defaultButton,
+                const QString& alternateButton, const QString& otherButton) {
+                alerts.append({ title, message, { defaultButton, alternateButton, otherButton } });
+                return alertAnswer;
+            });
+        VistrelAutoUpdate::invalidateAutoUpdate();
+        checker = VistrelAutoUpdate::sharedAutoUpdate();
+    }
+
+    void TearDown() override
+    {
+        NSSetAlertPanelRunner({});
+        VistrelAutoUpdate::invalidateAutoUpdate();
+    }
+
+    void answer(int status, const QByteArray& body)
+    {
+        server.respond({ status, body, "application/xml" });
+    }
+
+    HttpTestServer server;
+    FakeOpener browser;
+    QList<ShownAlert> alerts;
+    long alertAnswer = NSAlertDefaultReturn;
+    VistrelAutoUpdate* checker = nullptr;
+};
+
+TEST_F(UpdateCheck, AutomaticAndMenuChecksSendTheirRequestLines)
+{
+    answer(200, upToDateAnswer);
+    EXPECT_TRUE(checker->checkForUpdateAndShowNone(false, false, true));
+    EXPECT_TRUE(checker->checkForUpdateAndShowNone(true, true, false));
+    ASSERT_EQ(server.requests().size(), 2);
+    EXPECT_EQ(server.requests()[0].requestLine, "GET " + requestPath + "&ref=auto HTTP/1.1");
+    EXPECT_EQ(server.requests()[1].requestLine, "GET " + requestPath + "&ref=menu HTTP/1.1");
+    // Only the menu's check says that there is nothing new.
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].title, "Your Software is up-to-date");
+    EXPECT_EQ(alerts[0].message, "You have the most recent version of Vistrel Pro.");
+    EXPECT_EQ(alerts[0].buttons, (QStringList { "OK", QString(), QString() }));
+}
+
+struct AnswerCase {
+    const char* name;
+    int status;
+    QByteArray body;
+    bool answered;
+    const char* alertTitle;
+};
+void PrintTo(const AnswerCase& value, std::ostream* out) { *out << value.name; }
+
+class UpdateAnswers : public UpdateCheck, public testing::WithParamInterface<AnswerCase> { };
+
+TEST_P(UpdateAnswers, DecideTheAlertAndTheTimeOfTheLastCheck)
+{
+    answer(GetParam().status, GetParam().body);
+    alertAnswer = NSAlertAlternateReturn;
+    checker->setLastUpdateTime(5);
+    EXPECT_EQ(checker->checkForUpdateAndShowNone(true, true, false), GetParam().answered);
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].title, GetParam().alertTitle);
+    if (GetParam().answered)
+        EXPECT_NEAR(checker->lastUpdateTime(), now(), 60);
+    else
+        EXPECT_EQ(checker->lastUpdateTime(), 5);
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, UpdateAnswers,
+    testing::Values(AnswerCase { "update", 200, updateAnswer, true, "A New Version is available" },
+        AnswerCase { "found but empty version", 200,
+            QByteArray(updateAnswer).replace("<string>2.0</string>", "<string></string>"), true,
+            "Your Software is up-to-date" },
+        AnswerCase { "not a dictionary", 200, "<plist><array><true/></array></plist>", false,
+            "Unable to check for update" },
+        AnswerCase { "malformed", 200, "<plist><dict><key>", false, "Unable to check for update" },
+        AnswerCase { "not found", 404, updateAnswer, false, "Unable to check for update" }),
+    [](const auto& info) {
+        QString name = info.param.name;
+        return name.replace(' ', '_').toStdString();
+    });
+
+TEST_F(UpdateCheck, TheNewVersionAlertOpensTheDownloadPageOnlyOnOK)
+{
+    answer(200, updateAnswer);
+    // Even a quiet automatic check tells about a new version.
+    alertAnswer = NSAlertAlternateReturn;
+    EXPECT_TRUE(checker->checkForUpdateAndShowNone(false, false, true));
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].message,
+        "A new version of Vistrel Pro, version 2.0, is available. Would you like to download the "
+        "new version now?");
+    EXPECT_EQ(alerts[0].buttons, (QStringList { "OK", "Cancel", QString() }));
+    EXPECT_TRUE(browser.recordedArguments().isEmpty());
+
+    alertAnswer = NSAlertDefaultReturn;
+    EXPECT_TRUE(checker->checkForUpdateAndShowNone(false, false, true));
+    ASSERT_TRUE(
+        TestEnvironment::waitUntil([&] { return !browser.recordedArguments().isEmpty(); }, 10000));
+    EXPECT_EQ(browser.recordedArguments(), QStringList { "https://tolvane.example/download/" });
+}
+
+TEST_F(UpdateCheck, NoAnswerWithinTheTimeLimitIsNoAnswer)
+{
+    server.neverAnswer();
+    checker->setRequestTimeLimit(300);
+    EXPECT_FALSE(checker->checkForUpdateAndShowNone(false, false, true));
+    EXPECT_EQ(server.requests().size(), 1);
+    EXPECT_TRUE(alerts.isEmpty());
+    EXPECT_EQ(checker->lastUpdateTime(), 0);
+
+    // An unreachable host gets no request at all.
+    qputenv("TOLVANE_UPDATE_HOST", "updates.unresolvable.invalid");
+    EXPECT_FALSE(checker->checkForUpdateAndShowNone(false, true, false));
+    EXPECT_EQ(server.requests().size(), 1);
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_EQ(alerts[0].message,
+        "Vistrel Pro was unable to check for an update online. Please make sure you have a valid "
+        "connection to the internet and try again.");
+}
+
+TEST_F(UpdateCheck, AutomaticChecksWaitForTheFrequencyAfterAnAnswerOnly)
+{
+    ASSERT_TRUE(PropertyList::writeXmlAtomically(
+        QVariantMap { { updateFrequency, 0.5 } }, VTPreferencesPath()));
+    answer(200, upToDateAnswer);
+    checker->autoCheckForUpdate(); // the first check of a process always runs
+    checker->autoCheckForUpdate();
+    EXPECT_EQ(server.requests().size(), 1);
+
+    checker->setLastUpdateTime(now() - 43000);
+    checker->autoCheckForUpdate();
+    EXPECT_EQ(server.requests().size(), 1);
+    checker->setLastUpdateTime(now() - 43400);
+    checker->autoCheckForUpdate();
+    EXPECT_EQ(server.requests().size(), 2);
+
+    // Without an answer the next call tries again at once.
+    answer(404, {});
+    checker->setLastUpdateTime(0);
+    checker->autoCheckForUpdate();
+    checker->autoCheckForUpdate();
+    EXPECT_EQ(server.requests().size(), 4);
+    EXPECT_EQ(checker->lastUpdateTime(), 0);
+    EXPECT_TRUE(alerts.isEmpty());
+}
+
+TEST(UpdatePreferences, WritingReplacesTheFileWithTheGivenEntriesAndTheVersion)
+{
+    VistrelAutoUpdate checker;
+    const QString path = VTPreferencesPath();
+    ASSERT_TRUE(PropertyList::writeXmlAtomically(
+        QVariantMap { { "UseLoupe", true }, { "Preview Mode", qint64(2) } }, path));
+
+    EXPECT_FALSE(checker.writePrefsFileWithInfo(std::nullopt));
+    EXPECT_EQ(PropertyList::readDictionary(path)->size(), 2);
+
+    EXPECT_TRUE(checker.writePrefsFileWithInfo(
+        QVariantMap { { "UseLoupe", false }, { "Preferences Version", "1.0" } }));
+    EXPECT_EQ(PropertyList::readDictionary(path),
+        (QVariantMap { { "UseLoupe", false }, { "Preferences Version", "2.0" } }));
+
+    EXPECT_TRUE(checker.writePrefsFileWithInfo(QVariantMap()));
+    EXPECT_EQ(
+        PropertyList::readDictionary(path), (QVariantMap { { "Preferences Version", "2.0" } }));
+}
+
+TEST(UpdatePreferences, TheCheckersOwnFunctionsKeepTheirDifferences)
+{
+    const QString preferences = TestEnvironment::userLibrary() + "/Preferences/";
+    EXPECT_EQ(VTAUPreferencesPath(), preferences + "app.tolvane.VistrelPro.update.plist");
+    EXPECT_EQ(VTAUDefaults(), (QVariantMap { { "Update Frequency", qint64(7) } }));
+
+    // The merged dictionary reads the generator's own file, not the one above, and is completed
+    // with the preview settings' defaults (a frequency of 1, not 7).
+    ASSERT_TRUE(PropertyList::writeXmlAtomically(
+        QVariantMap { { "Update Frequency", qint64(30) } }, VTAUPreferencesPath()));
+    ASSERT_TRUE(
+        PropertyList::writeXmlAtomically(QVariantMap { { "UseLoupe", false }, { "Extra", "kept" } },
+            preferences + "app.tolvane.VistrelPro.plist"));
+    QVariantMap expected = VTDefaults();
+    expected.insert("UseLoupe", false);
+    expected.insert("Extra", "kept");
+    EXPECT_EQ(VTAUUserDefaults(), expected);
+    EXPECT_EQ(VTAUUserDefaults().value("Update Frequency"), QVariant(qint64(1)));
+}
+
+}
