@@ -54,7 +54,7 @@ QList<Entry> entriesOf(const QString& folder)
         QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QFileInfo info(it.next());
-        Entry entry { parent.relativeFilePath(info.absoluteFilePath()).toUtf8() };
+        Entry entry { parent.relativeFilePath(info.absoluteFilePath()).toUtf8(), {} };
         entry.mode
             = int(QFile::permissions(info.absoluteFilePath()) & QFile::ExeOwner ? 0755 : 0644);
         if (info.isSymLink()) {
