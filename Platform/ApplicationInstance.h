@@ -23,6 +23,9 @@ public:
     // or URLs; without the program name) to the instance that has it. The primary instance does
     // not receive its own arguments through the signals: the caller handles them.
     Role claim(const QStringList& arguments);
+    // Gives the name up while the process goes on, so that another copy of the application can
+    // take it (an updated copy starting); claim() takes it back.
+    void release();
 
     // The executable of the process that owns the name (/proc/<pid>/exe); empty when nobody
     // owns it or there is no session bus. Another copy of the application is running when it is

@@ -18,9 +18,27 @@
 #include <QApplication>
 #include <QDir>
 #include <QMainWindow>
+#include <QSocketNotifier>
 #include <QTextStream>
 #include <QTimer>
 #include <QUrl>
+#include <csignal>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+// SIGTERM (the session ending) is turned into an ordinary quit through this pair of sockets: the
+// handler only writes a byte, the event loop does the rest.
+int terminationSockets[2] = { -1, -1 };
+
+void noteTermination(int)
+{
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = ::write(terminationSockets[1], &byte, 1);
+}
+
+}
 
 TLApplication::TLApplication(QApplication& application)
     : m_application(application)
@@ -30,6 +48,9 @@ TLApplication::TLApplication(QApplication& application)
     , m_menu(std::make_unique<TLMainMenu>(*m_delegate, *m_documents))
     , m_updaterWindows(std::make_unique<SUStandardUserDriver>())
 {
+    // As the main interface file would: the delegate answers every feed request, also those of
+    // the schedule, not only the checks the user starts.
+    SUUpdater::sharedUpdater()->setDelegate(m_delegate.get());
     SUUpdater::sharedUpdater()->setUserDriver(m_updaterWindows.get());
     // The title is the alert's message, the panel's message its informative text.
     NSSetAlertPanelRunner(
@@ -49,18 +70,27 @@ TLApplication::TLApplication(QApplication& application)
     connect(
         m_delegate.get(), &TLAppDelegate::activateRequested, this, &TLApplication::bringForward);
     connect(m_instance.get(), &ApplicationInstance::activateRequested, this, [this] {
-        bringForward();
-        if (m_documents->documents().isEmpty())
-            m_documents->openDocument(nullptr);
+        whenLaunched([this] {
+            bringForward();
+            if (m_documents->documents().isEmpty())
+                m_documents->openDocument(nullptr);
+        });
     });
-    connect(
-        m_instance.get(), &ApplicationInstance::openRequested, this, &TLApplication::openArguments);
+    connect(m_instance.get(), &ApplicationInstance::openRequested, this,
+        [this](const QStringList& uris) { whenLaunched([this, uris] { openArguments(uris); }); });
+    SUUpdater* updater = SUUpdater::sharedUpdater();
+    connect(updater, &SUUpdater::willRelaunchApplication, m_instance.get(),
+        &ApplicationInstance::release);
+    connect(updater, &SUUpdater::relaunchFailed, this, [this] { m_instance->claim({}); });
 }
 
 TLApplication::~TLApplication()
 {
     NSSetAlertPanelRunner({});
-    SUUpdater::sharedUpdater()->setUserDriver(nullptr);
+    SUUpdater* updater = SUUpdater::sharedUpdater();
+    updater->setUserDriver(nullptr);
+    if (updater->delegate() == m_delegate.get())
+        updater->setDelegate(nullptr);
 }
 
 int TLApplication::run()
@@ -82,11 +112,49 @@ int TLApplication::run()
     registerWithDesktop();
     openArguments(arguments);
     m_delegate->applicationDidFinishLaunching();
+    finishLaunching();
 
     if (arguments.isEmpty())
         m_documents->openDocument(nullptr);
     quitWhenNothingIsShown();
-    return m_application.exec();
+    quitOnTermination();
+    const int status = m_application.exec();
+    SUUpdater::sharedUpdater()->applicationWillTerminate();
+    return status;
+}
+
+void TLApplication::whenLaunched(const std::function<void()>& work)
+{
+    if (m_launched)
+        work();
+    else
+        m_untilLaunched.append(work);
+}
+
+void TLApplication::finishLaunching()
+{
+    m_launched = true;
+    SUUpdater::sharedUpdater()->startUpdater();
+    for (const auto& work : std::exchange(m_untilLaunched, {}))
+        work();
+}
+
+void TLApplication::quitOnTermination()
+{
+    if (terminationSockets[0] >= 0
+        || ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, terminationSockets) != 0)
+        return;
+    auto* notifier = new QSocketNotifier(terminationSockets[0], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this] {
+        char byte;
+        [[maybe_unused]] const ssize_t read = ::read(terminationSockets[0], &byte, 1);
+        m_application.quit();
+    });
+    struct sigaction action = {};
+    action.sa_handler = noteTermination;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGTERM, &action, nullptr);
 }
 
 void TLApplication::openArguments(const QStringList& arguments)
