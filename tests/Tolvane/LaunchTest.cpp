@@ -180,6 +180,7 @@ INSTANTIATE_TEST_SUITE_P(Launches, FinishLaunching,
 // last check is long past, so that a schedule that ran would ask at once.
 void prepareRun(FeedServer& server, const QVariant& lastCheck)
 {
+    suppressMoveOffer();
     UserDefaults& defaults = UserDefaults::standardUserDefaults();
     defaults.setBool(true, "SUEnableAutomaticChecks");
     defaults.setObject(lastCheck, "SULastCheckTime");
