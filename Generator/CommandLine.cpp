@@ -106,7 +106,10 @@ namespace {
 
     int fail(QTextStream& err, ExitStatus status, const QString& reason)
     {
-        err << exitStatusWords(status) << ": " << reason.simplified() << Qt::endl;
+        // One line, whatever a document or Ghostscript put into the reason.
+        QString line = reason.simplified();
+        line.removeIf([](QChar c) { return c.category() == QChar::Other_Control; });
+        err << exitStatusWords(status) << ": " << line << Qt::endl;
         return status;
     }
 

@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace Preview {
 
@@ -121,6 +122,22 @@ namespace {
         return png;
     }
 
+    // Ghostscript's picture; when it fails in its own right (missing, out of time or memory),
+    // that failure too is a reason to show the embedded picture instead, when there is one.
+    Formats::ParseResult<QByteArray> drawnOrWhyNot(
+        const std::function<Formats::ParseResult<QByteArray>()>& draw,
+        const PostScriptDocument& document, bool embeddedToShow)
+    {
+        try {
+            return interpret(draw(), document);
+        } catch (const RenderingFailure& failure) {
+            if (!embeddedToShow)
+                throw;
+            return Formats::fail(
+                Formats::FormatError::UnsupportedVariant, QString::fromStdString(failure.what()));
+        }
+    }
+
     QString number(double value)
     {
         return QString::number(value, 'f', value == std::round(value) ? 0 : 1);
@@ -210,9 +227,12 @@ Formats::ParseResult<PreviewContent> PostScriptPreviewer::preview(
                                             "which is at least %1 MB large.")
                                  .arg(double(settings.previewEmbeddedThresholdMB)));
     } else {
-        auto png = interpret(
-            drawing ? drawing->result() : renderPostScript(file, jobFor(*document, PreviewDpi)),
-            *document);
+        auto png = drawnOrWhyNot(
+            [&] {
+                return drawing ? drawing->result()
+                               : renderPostScript(file, jobFor(*document, PreviewDpi));
+            },
+            *document, embedded.has_value());
         if (png) {
             PreviewPage page;
             page.encoded = std::move(png).value();
@@ -254,9 +274,12 @@ Formats::ParseResult<QImage> PostScriptPreviewer::thumbnail(
 
     const auto box = document->dsc.usableBoundingBox();
     const double side = box ? std::max(box->right - box->left, box->top - box->bottom) : 842;
-    auto png = interpret(renderPostScript(file,
-                             jobFor(*document, std::clamp(maxSize * 72.0 / side, 9.0, PreviewDpi))),
-        *document);
+    auto png = drawnOrWhyNot(
+        [&] {
+            return renderPostScript(
+                file, jobFor(*document, std::clamp(maxSize * 72.0 / side, 9.0, PreviewDpi)));
+        },
+        *document, embedded.has_value());
     if (png)
         return fitWithin(QImage::fromData(*png, "PNG"), maxSize);
     if (embedded)
