@@ -3,6 +3,7 @@
 
 #include "CheckUpdateCommand.h"
 #include "FontLookup.h"
+#include "MemoryBudget.h"
 #include "OutputFile.h"
 #include "PreviewOutput.h"
 #include "PreviewerTable.h"
@@ -169,6 +170,7 @@ namespace {
             return report(err, content.failure());
         PreviewContent shown = std::move(content).value();
         shown.title = shownFileName(info.absoluteFilePath());
+        limitContent(shown);
         if (settings.showFonts)
             findInstalledFonts(shown.fonts);
         if (const QString problem = writePreview(shown, settings, command.out); !problem.isEmpty())
@@ -193,8 +195,14 @@ int runCommandLine(const QStringList& arguments, QTextStream& out, QTextStream& 
     }
     try {
         return run(*command, err);
+    } catch (const std::bad_alloc&) {
+        const std::uint64_t limit = addressSpaceLimit();
+        return failure(err,
+            limit == 0 ? QStringLiteral("the document needs more memory than there is")
+                       : QStringLiteral("the document needs more memory than the %1 MB the "
+                                        "generator may use")
+                             .arg(limit >> 20));
     } catch (const std::exception& exception) {
-        // RenderingFailure, or memory running out under the process's own limit.
         return failure(err, QString::fromLocal8Bit(exception.what()));
     }
 }

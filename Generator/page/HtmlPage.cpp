@@ -119,11 +119,12 @@ QString htmlPage(const PreviewContent& content, const VTPreviewSettings& setting
     if (!content.pages.empty() || content.pagesLeftOut > 0)
         html += pages(content, settings, pictureFiles);
     if (settings.showFonts)
-        html += Html::fontsPanel(content.fonts, settings.showWysiwygFonts);
+        html += Html::fontsPanel(content.fonts, content.fontsLeftOut, settings.showWysiwygFonts);
     if (settings.showImageLinks)
-        html += Html::linksPanel(content.links);
+        html += Html::linksPanel(content.links, content.linksLeftOut);
     if (settings.showColorSwatches)
-        html += Html::swatchesPanel(content.swatchGroups, settings.swatchMode);
+        html += Html::swatchesPanel(
+            content.swatchGroups, content.swatchesLeftOut, settings.swatchMode);
     html += QStringLiteral("<footer><a href=\"%1\">Preview settings</a> · <a href=\"%2\">Check for "
                            "Vistrel Pro updates</a></footer>\n")
                 .arg(Html::SettingsUrl, escape(VTUpdateURLStringForHTTP()));

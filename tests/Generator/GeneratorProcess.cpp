@@ -27,13 +27,15 @@ Outcome runGenerator(const QStringList& arguments, const RunOptions& options)
     process.setProcessEnvironment(environment);
     if (!options.workingFolder.isEmpty())
         process.setWorkingDirectory(options.workingFolder);
-    if (options.cpuSeconds > 0) {
-        const rlim_t seconds = rlim_t(options.cpuSeconds);
-        process.setChildProcessModifier([seconds] {
-            const rlimit limit { seconds, seconds };
-            setrlimit(RLIMIT_CPU, &limit);
+    process.setChildProcessModifier(
+        [seconds = rlim_t(options.cpuSeconds), bytes = rlim_t(options.addressSpaceBytes)] {
+            const rlimit cpu { seconds, seconds };
+            if (seconds > 0)
+                setrlimit(RLIMIT_CPU, &cpu);
+            const rlimit addressSpace { bytes, bytes };
+            if (bytes > 0)
+                setrlimit(RLIMIT_AS, &addressSpace);
         });
-    }
     process.start();
     Outcome result;
     if (!process.waitForFinished(120000)) {

@@ -20,8 +20,10 @@ struct RunOptions {
     QString workingFolder = {};
     // Changes to the environment the generator gets.
     std::function<void(QProcessEnvironment&)> environment = {};
-    // A limit of processor time the caller sets (0: none of its own), which Ghostscript inherits.
+    // Limits of processor time and address space the caller sets (0: none of its own), lower
+    // than the generator's own; Ghostscript inherits them.
     int cpuSeconds = 0;
+    qint64 addressSpaceBytes = 0;
 };
 
 // Every run is also checked against the contract: the generator never ends by a signal, and a

@@ -120,23 +120,25 @@ TEST(PostScriptPreview, EmbeddedPreviewWhenGhostscriptRunsOutOfTime)
         << html.toStdString();
 }
 
-// A stand-in for Ghostscript, first on PATH, that prints one and a half gigabytes before its
-// error: kept whole and copied once, more than the generator's whole address space.
+// A stand-in for Ghostscript, first on PATH, that prints 400 MB before its error: kept whole and
+// copied once, more than the 600 MB of address space the caller gives the generator.
 TEST(PostScriptPreview, OnlyTheLastOfGhostscriptsMessagesAreKept)
 {
     const QString bin = TestEnvironment::home() + QStringLiteral("/fake-bin");
     TestEnvironment::writeFile(bin + "/gs",
         "#!/bin/sh\n# SPDX-License-Identifier: GPL-3.0-or-later\n"
-        "head -c 1500000000 /dev/zero >&2\necho >&2\necho 'Error: /typecheck in --flood--' >&2\n"
+        "head -c 400000000 /dev/zero >&2\necho >&2\necho 'Error: /typecheck in --flood--' >&2\n"
         "exit 1\n");
     QFile::setPermissions(bin + "/gs", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QByteArray eps = epsWith(Box);
     eps.replace("%%BeginPreview: 16 2 1 2\n%FF00\n%FF00\n%%EndPreview\n", "");
     const Outcome run
         = runGenerator({ "preview", writeEps(eps), "--out", TestEnvironment::home() + "/out" },
-            { .environment = [&bin](QProcessEnvironment& environment) {
-                environment.insert("PATH", bin + ":" + environment.value("PATH"));
-            } });
+            { .environment =
+                    [&bin](QProcessEnvironment& environment) {
+                        environment.insert("PATH", bin + ":" + environment.value("PATH"));
+                    },
+                .addressSpaceBytes = 600 << 20 });
     EXPECT_EQ(run.exitCode, 4);
     EXPECT_EQ(run.standardError,
         "damaged file: the PostScript does not draw: Error: /typecheck in --flood--\n");
