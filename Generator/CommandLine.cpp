@@ -3,11 +3,14 @@
 
 #include "CheckUpdateCommand.h"
 #include "FontLookup.h"
+#include "MemoryBudget.h"
+#include "OutputFile.h"
 #include "PreviewOutput.h"
 #include "PreviewerTable.h"
+#include "ProgramStart.h"
 #include "QLGeneratorContract.h"
 
-#include <QFile>
+#include <QBuffer>
 #include <QFileInfo>
 #include <QImageWriter>
 #include <QPainter>
@@ -20,8 +23,8 @@ using namespace QLGeneratorContract;
 namespace {
 
     const char* const UsageText
-        = "usage: vistrel-pro preview FILE [--uti UTI] --out DIR\n"
-          "       vistrel-pro thumbnail FILE [--uti UTI] --size N --out PNG\n"
+        = "usage: vistrel-pro preview [--uti UTI] --out DIR [--] FILE\n"
+          "       vistrel-pro thumbnail [--uti UTI] --size N --out PNG [--] FILE\n"
           "       vistrel-pro check-update [--auto]\n";
 
     struct Command {
@@ -36,9 +39,16 @@ namespace {
     {
         Command command;
         QStringList positional;
+        bool options = true;
         for (qsizetype i = 0; i < arguments.size(); ++i) {
             const QString& argument = arguments[i];
-            if (argument == TypeOption || argument == OutputOption || argument == SizeOption) {
+            if (!options) {
+                positional.append(argument);
+            } else if (argument == u"--") {
+                // What follows is no option, whatever it looks like ("--x.ai").
+                options = false;
+            } else if (argument == TypeOption || argument == OutputOption
+                || argument == SizeOption) {
                 if (i + 1 >= arguments.size()) {
                     problem = QStringLiteral("%1 needs a value").arg(argument);
                     return std::nullopt;
@@ -97,7 +107,10 @@ namespace {
 
     int fail(QTextStream& err, ExitStatus status, const QString& reason)
     {
-        err << exitStatusWords(status) << ": " << reason.simplified() << Qt::endl;
+        // One line, whatever a document or Ghostscript put into the reason.
+        QString line = reason.simplified();
+        line.removeIf([](QChar c) { return c.category() == QChar::Other_Control; });
+        err << exitStatusWords(status) << ": " << line << Qt::endl;
         return status;
     }
 
@@ -120,14 +133,13 @@ namespace {
 
     int writeThumbnail(const QImage& image, const QString& path, QTextStream& err)
     {
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            return failure(
-                err, QStringLiteral("cannot write %1: %2").arg(path, file.errorString()));
-        if (!QImageWriter(&file, "png").write(image)) {
-            file.remove();
-            return failure(err, QStringLiteral("cannot write %1").arg(path));
-        }
+        QByteArray png;
+        QBuffer buffer(&png);
+        buffer.open(QIODevice::WriteOnly);
+        if (!QImageWriter(&buffer, "png").write(image))
+            return failure(err, QStringLiteral("cannot encode the thumbnail"));
+        if (const QString problem = writeOutputFile(path, png); !problem.isEmpty())
+            return failure(err, problem);
         return Success;
     }
 
@@ -157,6 +169,8 @@ namespace {
         if (!content)
             return report(err, content.failure());
         PreviewContent shown = std::move(content).value();
+        shown.title = shownFileName(info.absoluteFilePath());
+        limitContent(shown);
         if (settings.showFonts)
             findInstalledFonts(shown.fonts);
         if (const QString problem = writePreview(shown, settings, command.out); !problem.isEmpty())
@@ -181,8 +195,14 @@ int runCommandLine(const QStringList& arguments, QTextStream& out, QTextStream& 
     }
     try {
         return run(*command, err);
+    } catch (const std::bad_alloc&) {
+        const std::uint64_t limit = addressSpaceLimit();
+        return failure(err,
+            limit == 0 ? QStringLiteral("the document needs more memory than there is")
+                       : QStringLiteral("the document needs more memory than the %1 MB the "
+                                        "generator may use")
+                             .arg(limit >> 20));
     } catch (const std::exception& exception) {
-        // RenderingFailure, or memory running out under the process's own limit.
         return failure(err, QString::fromLocal8Bit(exception.what()));
     }
 }

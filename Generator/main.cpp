@@ -2,10 +2,10 @@
 // The preview generator's command line; everything else is in the tolvane_generator library.
 #include "CommandLine.h"
 #include "ProcessLimits.h"
+#include "ProgramStart.h"
 
 #include <QGuiApplication>
 #include <QTextStream>
-#include <cstdio>
 #include <iostream>
 
 int main(int argc, char* argv[])
@@ -21,9 +21,8 @@ int main(int argc, char* argv[])
     }
     // Pictures are drawn off screen (text included, which needs the font database of a GUI
     // application), whether or not there is a display.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication application(argc, argv);
+    const std::unique_ptr<QGuiApplication> application = Preview::makeApplication(argv[0]);
     QTextStream out(stdout);
     QTextStream err(stderr);
-    return Preview::runCommandLine(application.arguments().mid(1), out, err);
+    return Preview::runCommandLine(Preview::programArguments(argc, argv), out, err);
 }

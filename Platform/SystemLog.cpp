@@ -14,9 +14,16 @@ void NSLog(const QString& message)
     else if (message.startsWith(QStringLiteral("INFO")))
         priority = LOG_INFO;
 
-    // One line per message, whatever the text holds.
-    QByteArray line = message.toUtf8();
-    line.replace('\n', ' ');
+    // One line per message, whatever the text holds: control characters, which could end the
+    // line or steer a terminal, are written as escapes.
+    QByteArray line;
+    for (const char c : message.toUtf8()) {
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f)
+            line += "\\x"
+                + QByteArray::number(static_cast<unsigned char>(c), 16).rightJustified(2, '0');
+        else
+            line += c;
+    }
     std::fprintf(stderr, "%s\n", line.constData());
     std::fflush(stderr);
     syslog(LOG_USER | priority, "%s", line.constData());

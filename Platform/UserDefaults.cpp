@@ -2,6 +2,7 @@
 #include "UserDefaults.h"
 
 #include "Bundle.h"
+#include "PreferencesFile.h"
 #include "PropertyList.h"
 #include "SearchPaths.h"
 #include "StringValues.h"
@@ -181,32 +182,39 @@ QVariantMap UserDefaults::dictionaryRepresentation() const
 bool UserDefaults::synchronize()
 {
     m_writeTimer.stop();
-    // What is on disk now is the base; a damaged file gives way to what this object last knew,
-    // so that nothing it read is lost.
-    QVariantMap onDisk;
-    if (const auto file = PropertyList::readDictionary(m_path))
-        onDisk = *file;
-    else if (QFileInfo::exists(m_path))
-        onDisk = m_persistent;
-
-    for (const QString& key : std::as_const(m_changedKeys)) {
-        const auto mine = m_persistent.constFind(key);
-        if (mine != m_persistent.constEnd())
-            onDisk.insert(key, *mine);
-        else
-            onDisk.remove(key);
+    if (m_changedKeys.isEmpty()) {
+        // Only take in what other processes wrote; a damaged file changes nothing here.
+        if (const auto file = PropertyList::readDictionary(m_path))
+            m_persistent = *file;
+        else if (!QFileInfo::exists(m_path))
+            m_persistent.clear();
+        return true;
     }
 
-    if (!m_changedKeys.isEmpty()) {
-        QString error;
-        if (!PropertyList::writeXmlAtomically(onDisk, m_path, &error)) {
-            NSLog(QStringLiteral("ERROR -- could not write the preferences %1: %2")
-                      .arg(m_path, error));
-            return false;
-        }
-        m_changedKeys.clear();
+    QVariantMap merged;
+    QString error;
+    const bool written = PreferencesFile::update(
+        m_path,
+        [this, &merged](const std::optional<QVariantMap>& onDisk) {
+            // What is on disk now is the base; a damaged file (set aside) gives way to what this
+            // object last knew, so that nothing it read is lost.
+            merged = onDisk.value_or(m_persistent);
+            for (const QString& key : std::as_const(m_changedKeys)) {
+                const auto mine = m_persistent.constFind(key);
+                if (mine != m_persistent.constEnd())
+                    merged.insert(key, *mine);
+                else
+                    merged.remove(key);
+            }
+            return merged;
+        },
+        &error);
+    if (!written) {
+        NSLog(QStringLiteral("ERROR -- could not write the preferences %1: %2").arg(m_path, error));
+        return false;
     }
-    m_persistent = onDisk;
+    m_changedKeys.clear();
+    m_persistent = merged;
     return true;
 }
 

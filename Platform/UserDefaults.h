@@ -12,8 +12,9 @@
 //
 // Changes reach the file on their own a moment after they are made (coalesced, when an event loop
 // runs), at application exit, when the object is destroyed, and at once on synchronize(). Every
-// write replaces the file atomically. synchronize() also takes in what other processes wrote,
-// except for keys this object changed since it last wrote, where this object's value wins.
+// write is a read-merge-write under the file's lock that replaces it atomically
+// (PreferencesFile.h). synchronize() also takes in what other processes wrote, except for keys
+// this object changed since it last wrote, where this object's value wins.
 //
 // Not thread-safe: use one object from one thread.
 class UserDefaults : public QObject {
@@ -63,8 +64,8 @@ public:
     // The registration domain with the persistent domain over it.
     QVariantMap dictionaryRepresentation() const;
 
-    // Writes pending changes and takes in changes made by other processes. False when the file
-    // could not be written; the changes then stay pending.
+    // Writes pending changes and takes in changes made by other processes. False, with an ERROR
+    // line, when the file could not be written; the changes then stay pending.
     bool synchronize();
 
 signals:

@@ -22,11 +22,6 @@ namespace {
 const QString fileManagerService = QStringLiteral("org.freedesktop.FileManager1");
 const QString fileManagerPath = QStringLiteral("/org/freedesktop/FileManager1");
 
-QUrl folderOf(const QUrl& fileURL)
-{
-    return QUrl::fromLocalFile(QFileInfo(fileURL.toLocalFile()).absolutePath());
-}
-
 // Errors that say nobody serves the file manager interface, as opposed to a file manager that
 // answered badly: only these are worth the fallback.
 bool noFileManager(const QDBusError& error)
@@ -49,9 +44,17 @@ QString bundleExecutable(const QString& bundlePath)
     return QFileInfo(executable).isExecutable() ? executable : QString();
 }
 
+// A reveal only ever shows a folder: handed to the opener, anything else would be started with
+// its default application.
 void openFolderInstead(const QUrl& firstFile)
 {
-    if (!NSWorkspace::sharedWorkspace().openURL(folderOf(firstFile)))
+    const QFileInfo folder(QFileInfo(firstFile.toLocalFile()).absolutePath());
+    if (!firstFile.isLocalFile() || !folder.isDir()) {
+        NSLog(QStringLiteral("WARNING -- not revealed: %1 is not in a folder")
+                  .arg(firstFile.toString(QUrl::FullyEncoded)));
+        return;
+    }
+    if (!NSWorkspace::sharedWorkspace().openURL(QUrl::fromLocalFile(folder.absoluteFilePath())))
         NSLog(QStringLiteral("WARNING -- could not open the folder of %1")
                   .arg(firstFile.toString(QUrl::FullyEncoded)));
 }

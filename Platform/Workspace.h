@@ -24,7 +24,7 @@ public:
 
     // Shows the files selected in the file manager (org.freedesktop.FileManager1.ShowItems on the
     // session bus, with the URIs in the given order). Without a file manager on the bus, opens
-    // the folder of the first file.
+    // the folder of the first file when that is a folder; anything else is logged and ignored.
     void activateFileViewerSelectingURLs(const QList<QUrl>& fileURLs);
 
     // Starts the executable of the application bundle at the path, detached from this process,

@@ -4,10 +4,12 @@
 #include "AlertPanel.h"
 #include "Bundle.h"
 #include "Localization.h"
+#include "PreferencesFile.h"
 #include "PropertyList.h"
 #include "SCNetworkReachability.h"
 #include "SearchPaths.h"
 #include "StringValues.h"
+#include "SystemLog.h"
 #include "URLConnection.h"
 #include "VistrelUpdateURL.h"
 #include "VistrelUtilities.h"
@@ -108,12 +110,22 @@ bool VistrelAutoUpdate::writePrefsFileWithInfo(const std::optional<QVariantMap>&
 {
     if (!info)
         return false;
-    // The merged settings are read and deliberately not copied: the file holds only what the
-    // caller passes. Reading them still refuses a file whose version marker is damaged.
-    VTUserDefaults();
     QVariantMap contents = *info;
     contents.insert(QStringLiteral("Preferences Version"), QStringLiteral("2.0"));
-    return PropertyList::writeXmlAtomically(contents, VTPreferencesPath());
+    QString error;
+    const bool written = PreferencesFile::update(
+        VTPreferencesPath(),
+        [&contents](const std::optional<QVariantMap>&) {
+            // The merged settings are read and deliberately not copied: the file holds only what
+            // the caller passes. Reading them still refuses a file whose version marker is
+            // damaged.
+            VTUserDefaults();
+            return contents;
+        },
+        &error);
+    if (!written)
+        NSLog(QStringLiteral("ERROR -- the preview settings were not written: %1").arg(error));
+    return written;
 }
 
 bool VistrelAutoUpdate::hostAvailable()

@@ -35,8 +35,9 @@ public:
     static void invalidateAutoUpdate();
 
     // Replaces the preview settings' file with exactly the given entries and "Preferences
-    // Version" = "2.0"; false, writing nothing, for no dictionary or a failed write. Throws
-    // NSException, as VTUserDefaults() does, when the file's version marker is not text.
+    // Version" = "2.0", under the file's lock (PreferencesFile.h); false, writing nothing, for no
+    // dictionary or a failed write (which is logged). Throws NSException, as VTUserDefaults()
+    // does, when the file's version marker is not text.
     bool writePrefsFileWithInfo(const std::optional<QVariantMap>& info);
 
     // Whether the update host is reachable now (SCNetworkReachability.h); two names, one test.

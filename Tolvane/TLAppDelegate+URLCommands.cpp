@@ -100,8 +100,10 @@ void TLAppDelegate::handleURLEvent(
 {
     const QString text = event.paramDescriptorForKeyword(keyDirectObject).stringValue();
     const auto command = parseCommandURL(text);
-    if (!command)
+    if (!command) {
+        NSLog(QStringLiteral("ERROR -- the URL command %1 is malformed and was ignored").arg(text));
         return;
+    }
     try {
         if (command->host == u"reveal") {
             if (command->path == u"/image") {
@@ -119,6 +121,8 @@ void TLAppDelegate::handleURLEvent(
                     urls.append(fileURL(parameters, name));
                 }
                 revealURLsInBrowser(urls);
+            } else {
+                throw NSException(NSInvalidArgumentException, QStringLiteral("no such command"));
             }
         } else if (command->host == u"settings") {
             emit activateRequested();
@@ -129,6 +133,8 @@ void TLAppDelegate::handleURLEvent(
                 _prefController->setMode(1);
             else if (command->path == u"/about")
                 _prefController->setMode(0);
+        } else {
+            throw NSException(NSInvalidArgumentException, QStringLiteral("no such command"));
         }
     } catch (const NSException& error) {
         NSLog(QStringLiteral("ERROR -- the URL command %1 was not carried out: %2")

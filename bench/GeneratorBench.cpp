@@ -2,7 +2,9 @@
 // The preview generator, run as the application runs it: a multi-page Illustrator preview against
 // pdftoppm drawing the same pages at the same resolution, large EPS files against Ghostscript
 // drawing the same file at the same resolution, the time to the first page of a 100-page
-// document, and a thumbnail of each kind.
+// document, a thumbnail of each kind, and documents made to exhaust the generator (huge pages,
+// hundreds of thousands of links, fonts, pages and swatches, files of gigabytes) against a plain
+// one-page EPS.
 #include "BenchmarkRatio.h"
 #include "PropertyList.h"
 #include "VistrelUtilities.h"
@@ -160,6 +162,38 @@ void thumbnails(const QString& work)
     }
 }
 
+void hostileDocuments(const QString& work)
+{
+    usePreferences({});
+    const QString folder = work + QStringLiteral("/hostile");
+    const QList<QPair<QString, QString>> documents { { "huge-pages", "huge-pages.ai" },
+        { "many-pages", "many-pages.ai" }, { "many-links", "many-links.idml" },
+        { "many-fonts", "many-fonts.eps" }, { "million-swatches", "million-swatches.ase" },
+        { "huge-eps", "huge.eps" } };
+    QStringList writers;
+    for (const auto& document : documents)
+        writers.append(document.first);
+    if (!runProgram(QStringLiteral("python3"),
+            QStringList { QStringLiteral(TOLVANE_HOSTILE_FILES_SCRIPT), folder } + writers)) {
+        std::printf("the hostile documents could not be written (python3)\n");
+        return;
+    }
+    bool ok = true;
+    const double reference = timeRun(Generator,
+        { "preview", TestData + "/formats/samples/illustrator88.eps", "--out", work + "/plain" }, 3,
+        &ok);
+    for (const auto& document : documents) {
+        bool done = true;
+        const double time = timeRun(Generator,
+            { "preview", folder + "/" + document.second, "--out", work + "/hostile-out" }, 1,
+            &done);
+        const QByteArray name = ("preview " + document.second).toLatin1();
+        BenchmarkRatio::report(name.constData(), time, "preview of a one-page EPS", reference);
+        if (!done)
+            std::printf("   (the preview failed)\n");
+    }
+}
+
 }
 
 int main(int argc, char** argv)
@@ -175,5 +209,6 @@ int main(int argc, char** argv)
     largeEpsAgainstGhostscript(work);
     timeToFirstPage(work);
     thumbnails(work);
+    hostileDocuments(work);
     return 0;
 }

@@ -4,6 +4,7 @@
 #include "ByteSearch.h"
 #include "DscValues.h"
 
+#include <QHash>
 #include <QSet>
 
 namespace Formats {
@@ -113,10 +114,14 @@ namespace {
         return types.contains(token);
     }
 
-    void appendUnique(QStringList& list, const QString& value)
+    // Appends a value not in the list yet; the set remembers the list's values, so that lists of
+    // a hundred thousand names are made in linear time.
+    void appendUnique(QStringList& list, QSet<QString>& listed, const QString& value)
     {
-        if (!value.isEmpty() && !list.contains(value))
+        if (!value.isEmpty() && !listed.contains(value)) {
+            listed.insert(value);
             list.append(value);
+        }
     }
 
     enum class Section { Header, Body, Trailer };
@@ -129,11 +134,22 @@ namespace {
         }
 
         void read(LineCursor& cursor);
+        // Reads on from a %%Trailer line, as the outer document's trailer.
+        void readTrailer(LineCursor& cursor)
+        {
+            m_section = Section::Trailer;
+            m_depth = 0;
+            read(cursor);
+        }
 
     private:
         void outerComment(const Comment& comment);
         void listValue(QByteArrayView keyword, QByteArrayView value);
         void resources(QStringList& fonts, QStringList& procSets, QByteArrayView value);
+        void appendUnique(QStringList& list, const QString& value)
+        {
+            Formats::appendUnique(list, m_listed[&list], value);
+        }
         void customColors(DscCustomColor::Model model, int count, QByteArrayView value);
         void addColor(DscCustomColor color);
         void preview(LineCursor& cursor, QByteArrayView value);
@@ -155,6 +171,8 @@ namespace {
         Section m_section = Section::Header;
         int m_depth = 0;
         QSet<QByteArray> m_atEnd;
+        QHash<const QStringList*, QSet<QString>> m_listed;
+        QHash<QString, size_t> m_colorIndex;
         QByteArray m_lastKeyword; // the comment that "%%+" continues
     };
 
@@ -300,13 +318,14 @@ namespace {
     {
         if (color.name.isEmpty())
             return;
-        for (DscCustomColor& existing : m_document.customColors) {
-            if (existing.name == color.name) {
-                if (existing.model == DscCustomColor::Model::Unspecified)
-                    existing = std::move(color);
-                return;
-            }
+        const auto known = m_colorIndex.constFind(color.name);
+        if (known != m_colorIndex.constEnd()) {
+            DscCustomColor& existing = m_document.customColors[*known];
+            if (existing.model == DscCustomColor::Model::Unspecified)
+                existing = std::move(color);
+            return;
         }
+        m_colorIndex.insert(color.name, m_document.customColors.size());
         m_document.customColors.push_back(std::move(color));
     }
 
@@ -358,9 +377,10 @@ std::optional<DscBoundingBox> DscDocument::usableBoundingBox() const
 QStringList DscDocument::fonts() const
 {
     QStringList all;
+    QSet<QString> listed;
     for (const QStringList* list : { &documentFonts, &neededFonts, &suppliedFonts }) {
         for (const QString& font : *list)
-            appendUnique(all, font);
+            appendUnique(all, listed, font);
     }
     return all;
 }
@@ -368,41 +388,93 @@ QStringList DscDocument::fonts() const
 QStringList DscDocument::missingProcSets() const
 {
     QStringList missing;
+    const QSet<QString> supplied(suppliedProcSets.begin(), suppliedProcSets.end());
     for (const QString& procSet : neededProcSets) {
-        if (!suppliedProcSets.contains(procSet))
+        if (!supplied.contains(procSet))
             missing.append(procSet);
     }
     return missing;
 }
 
+namespace {
+
+    // The PostScript of the file (of a DOS binary EPS, its section) as far as the head holds it.
+    ParseResult<QByteArrayView> postScriptOf(
+        QByteArrayView head, qint64 fileSize, DscDocument& document)
+    {
+        QByteArrayView postScript = head;
+        document.postScriptLength = fileSize;
+        if (hasEpsBinarySignature(head)) {
+            auto header = readEpsBinaryHeader(head, fileSize);
+            if (!header)
+                return header.failure();
+            document.binaryHeader = header.value();
+            document.postScriptOffset = header->postScript.offset;
+            document.postScriptLength = header->postScript.length;
+            postScript = head.sliced(std::min<qsizetype>(header->postScript.offset, head.size()));
+            postScript.truncate(std::min<qint64>(postScript.size(), header->postScript.length));
+        }
+        // A control-D before the first line is a leftover of serial printers.
+        if (postScript.startsWith('\x04')) {
+            postScript = postScript.sliced(1);
+            ++document.postScriptOffset;
+            --document.postScriptLength;
+        }
+        if (!postScript.startsWith("%!"))
+            return fail(document.binaryHeader ? FormatError::DamagedFile : FormatError::NotThisKind,
+                QStringLiteral("PostScript: no %! line at the start"));
+        return postScript;
+    }
+
+    void readVersionLine(LineCursor& cursor, DscDocument& document)
+    {
+        QByteArrayView versionLine;
+        cursor.next(versionLine);
+        document.versionLine = QString::fromLatin1(versionLine);
+        document.encapsulated = versionLine.contains(" EPSF-");
+    }
+
+}
+
 ParseResult<DscDocument> parseDscComments(QByteArrayView bytes)
 {
     DscDocument document;
-    QByteArrayView postScript = bytes;
-    if (hasEpsBinarySignature(bytes)) {
-        auto header = readEpsBinaryHeader(bytes);
-        if (!header)
-            return header.failure();
-        document.binaryHeader = header.value();
-        postScript = bytes.sliced(header->postScript.offset, header->postScript.length);
-        document.postScriptOffset = header->postScript.offset;
-    }
-    // A control-D before the first line is a leftover of serial printers.
-    if (postScript.startsWith('\x04')) {
-        postScript = postScript.sliced(1);
-        ++document.postScriptOffset;
-    }
-    document.postScriptLength = postScript.size();
-    if (!postScript.startsWith("%!"))
-        return fail(document.binaryHeader ? FormatError::DamagedFile : FormatError::NotThisKind,
-            QStringLiteral("PostScript: no %! line at the start"));
-
-    LineCursor cursor(postScript);
-    QByteArrayView versionLine;
-    cursor.next(versionLine);
-    document.versionLine = QString::fromLatin1(versionLine);
-    document.encapsulated = versionLine.contains(" EPSF-");
+    const auto postScript = postScriptOf(bytes, bytes.size(), document);
+    if (!postScript)
+        return postScript.failure();
+    LineCursor cursor(*postScript);
+    readVersionLine(cursor, document);
     Reader(document).read(cursor);
+    return document;
+}
+
+ParseResult<DscDocument> parseDscComments(QByteArrayView head, QByteArrayView tail, qint64 fileSize)
+{
+    DscDocument document;
+    const auto postScript = postScriptOf(head, fileSize, document);
+    if (!postScript)
+        return postScript.failure();
+    LineCursor cursor(*postScript);
+    readVersionLine(cursor, document);
+    Reader reader(document);
+    reader.read(cursor);
+    if (document.reachesEndOfFile)
+        return document;
+
+    // The part of the PostScript that the tail holds.
+    const qint64 tailStart = fileSize - tail.size();
+    const qint64 start = std::max<qint64>(document.postScriptOffset, tailStart);
+    const qint64 end = document.postScriptOffset + document.postScriptLength;
+    if (end <= start)
+        return document;
+    const QByteArrayView ending = tail.sliced(start - tailStart, end - start);
+    const qsizetype trailer = ending.lastIndexOf("%%Trailer");
+    if (trailer >= 0) {
+        LineCursor trailerCursor(ending.sliced(trailer));
+        reader.readTrailer(trailerCursor);
+    } else {
+        document.reachesEndOfFile = ending.lastIndexOf("%%EOF") >= 0;
+    }
     return document;
 }
 

@@ -39,7 +39,7 @@ struct DscPreview {
 
 struct DscDocument {
     std::optional<EpsBinaryHeader> binaryHeader;
-    qsizetype postScriptOffset = 0; // where the PostScript starts in the buffer
+    qsizetype postScriptOffset = 0; // where the PostScript starts in the file
     qsizetype postScriptLength = 0;
     QString versionLine; // the "%!PS-Adobe-3.0 EPSF-3.0" line
     bool encapsulated = false; // the version line names an EPSF version
@@ -78,5 +78,10 @@ struct DscDocument {
 // %%BeginBinary sections are skipped by their byte counts. A value of "(atend)" is taken from the
 // trailer. Lines may end in CR, LF or CRLF.
 ParseResult<DscDocument> parseDscComments(QByteArrayView bytes);
+// The same for a file too large to be read whole, from its first and its last bytes: the header
+// comments (and the binary header) from the head, the trailer from the last %%Trailer in the
+// tail. The body between is not read.
+ParseResult<DscDocument> parseDscComments(
+    QByteArrayView head, QByteArrayView tail, qint64 fileSize);
 
 }

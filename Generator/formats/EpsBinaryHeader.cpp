@@ -9,7 +9,7 @@ namespace {
     constexpr QByteArrayView Signature("\xC5\xD0\xD3\xC6");
     constexpr qsizetype HeaderSize = 30;
 
-    bool fits(const EpsBinaryHeader::Section& section, qsizetype size)
+    bool fits(const EpsBinaryHeader::Section& section, qint64 size)
     {
         return !section.present()
             || (section.offset >= HeaderSize && qint64(section.offset) + section.length <= size);
@@ -18,8 +18,9 @@ namespace {
 
 bool hasEpsBinarySignature(QByteArrayView bytes) { return bytes.startsWith(Signature); }
 
-ParseResult<EpsBinaryHeader> readEpsBinaryHeader(QByteArrayView bytes)
+ParseResult<EpsBinaryHeader> readEpsBinaryHeader(QByteArrayView bytes, qint64 fileSize)
 {
+    const qint64 size = fileSize >= 0 ? fileSize : bytes.size();
     if (!hasEpsBinarySignature(bytes))
         return fail(FormatError::NotThisKind, QStringLiteral("EPS: no binary header"));
     ByteReader reader(bytes, ByteReader::Order::LittleEndian);
@@ -42,10 +43,10 @@ ParseResult<EpsBinaryHeader> readEpsBinaryHeader(QByteArrayView bytes)
     if (!header.postScript.present())
         return fail(
             FormatError::DamagedFile, QStringLiteral("EPS: the binary header names no PostScript"));
-    if (!fits(header.postScript, bytes.size()))
+    if (!fits(header.postScript, size))
         return fail(FormatError::DamagedFile,
             QStringLiteral("EPS: the PostScript section lies outside the file"));
-    if (!fits(header.metafile, bytes.size()) || !fits(header.tiff, bytes.size()))
+    if (!fits(header.metafile, size) || !fits(header.tiff, size))
         return fail(FormatError::DamagedFile,
             QStringLiteral("EPS: a preview section lies outside the file"));
     return header;

@@ -27,7 +27,8 @@ struct EpsBinaryHeader {
 bool hasEpsBinarySignature(QByteArrayView bytes);
 
 // Not this kind without the signature; damaged when the header is cut short or a section lies
-// outside the file.
-ParseResult<EpsBinaryHeader> readEpsBinaryHeader(QByteArrayView bytes);
+// outside the file. The file's size is that of the bytes unless given (the bytes may be its
+// head only).
+ParseResult<EpsBinaryHeader> readEpsBinaryHeader(QByteArrayView bytes, qint64 fileSize = -1);
 
 }

@@ -3,6 +3,8 @@
 
 #include "IdmlResources.h"
 
+#include <QSet>
+
 namespace Formats {
 
 namespace {
@@ -53,6 +55,7 @@ ParseResult<InterchangeParts> readIdmlPackage(QByteArrayView bytes, ZipLimits li
 
     InterchangeParts parts;
     parts.problems = zip->problems;
+    QSet<QString> listedUris;
     const auto noteProblem = [&](const QString& name, const QString& problem) {
         if (!problem.isEmpty())
             parts.problems.append(QStringLiteral("%1: %2").arg(name, problem));
@@ -80,8 +83,10 @@ ParseResult<InterchangeParts> readIdmlPackage(QByteArrayView bytes, ZipLimits li
             if (name.startsWith(u"Spreads/"))
                 parts.pageCount += idmlPageCount(xml);
             for (const QString& uri : idmlLinkUris(xml, &problem)) {
-                if (!parts.linkUris.contains(uri))
+                if (!listedUris.contains(uri)) {
+                    listedUris.insert(uri);
                     parts.linkUris.append(uri);
+                }
             }
         }
         noteProblem(name, problem);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "IdmlResources.h"
 
+#include <QSet>
 #include <QXmlStreamReader>
 
 namespace Formats {
@@ -94,12 +95,15 @@ int idmlPageCount(const QByteArray& xml, QString* problem)
 QStringList idmlLinkUris(const QByteArray& xml, QString* problem)
 {
     QStringList uris;
+    QSet<QString> listed;
     forEachElement(xml, problem, [&](const QXmlStreamReader& reader) {
         if (reader.name() != u"Link")
             return;
         const QString uri = attribute(reader, QLatin1String("LinkResourceURI"));
-        if (!uri.isEmpty() && !uris.contains(uri))
+        if (!uri.isEmpty() && !listed.contains(uri)) {
+            listed.insert(uri);
             uris.append(uri);
+        }
     });
     return uris;
 }

@@ -5,6 +5,7 @@
 #include "HtmlStyle.h"
 #include "VistrelUpdateURL.h"
 
+#include <QCryptographicHash>
 #include <cmath>
 
 namespace Preview {
@@ -102,11 +103,17 @@ namespace {
 QString htmlPage(const PreviewContent& content, const VTPreviewSettings& settings,
     const std::vector<QString>& pictureFiles)
 {
+    // The policy comes before any text of the document. Only the loupe's script runs, known by
+    // its hash: were some text of the document to get past the escaping, its script would not.
     QString html = QStringLiteral(
         "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
         "<meta name=\"color-scheme\" content=\"light dark\">\n"
-        "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; img-src 'self' "
-        "file: data:; style-src 'unsafe-inline'; script-src 'unsafe-inline'\">\n");
+        "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; img-src "
+        "'self' file: data:; style-src 'unsafe-inline'; script-src 'sha256-%1'; "
+        "form-action 'none'; base-uri 'none'\">\n")
+                       .arg(QString::fromLatin1(QCryptographicHash::hash(
+                           Html::loupeScript().toUtf8(), QCryptographicHash::Sha256)
+                                                    .toBase64()));
     html += QStringLiteral("<title>%1</title>\n<style>%2</style>\n</head>\n<body class=\"%3\">\n")
                 .arg(escape(content.title), Html::styleSheet(),
                     backgroundClass(settings.background));
@@ -119,11 +126,12 @@ QString htmlPage(const PreviewContent& content, const VTPreviewSettings& setting
     if (!content.pages.empty() || content.pagesLeftOut > 0)
         html += pages(content, settings, pictureFiles);
     if (settings.showFonts)
-        html += Html::fontsPanel(content.fonts, settings.showWysiwygFonts);
+        html += Html::fontsPanel(content.fonts, content.fontsLeftOut, settings.showWysiwygFonts);
     if (settings.showImageLinks)
-        html += Html::linksPanel(content.links);
+        html += Html::linksPanel(content.links, content.linksLeftOut);
     if (settings.showColorSwatches)
-        html += Html::swatchesPanel(content.swatchGroups, settings.swatchMode);
+        html += Html::swatchesPanel(
+            content.swatchGroups, content.swatchesLeftOut, settings.swatchMode);
     html += QStringLiteral("<footer><a href=\"%1\">Preview settings</a> · <a href=\"%2\">Check for "
                            "Vistrel Pro updates</a></footer>\n")
                 .arg(Html::SettingsUrl, escape(VTUpdateURLStringForHTTP()));

@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QSet>
 #include <QUrl>
 
 namespace Preview::Html {
@@ -68,6 +69,15 @@ namespace {
             .arg(color.name());
     }
 
+    QString leftOutLine(int leftOut, const char* what)
+    {
+        if (leftOut <= 0)
+            return {};
+        return QStringLiteral("<p class=\"left-out\">%1 more %2 not shown.</p>\n")
+            .arg(leftOut)
+            .arg(QLatin1StringView(what));
+    }
+
     // A family name as a CSS string: only characters that cannot end the string or the attribute.
     QString cssFamily(const QString& family)
     {
@@ -106,15 +116,16 @@ QString revealFontUrl(const QStringList& paths)
     return url;
 }
 
-QString fontsPanel(const std::vector<PreviewFont>& fonts, bool wysiwyg)
+QString fontsPanel(const std::vector<PreviewFont>& fonts, int leftOut, bool wysiwyg)
 {
     if (fonts.empty())
         return {};
     QString html = QStringLiteral("<section class=\"panel fonts\">\n<h2>Fonts (%1)</h2>\n<table>\n"
                                   "<tr><th>Name</th><th>Family</th><th>Style</th><th>Kind</th>"
                                   "<th>File</th><th>Status</th></tr>\n")
-                       .arg(fonts.size());
+                       .arg(fonts.size() + size_t(leftOut));
     QStringList installedFiles;
+    QSet<QString> listed;
     for (const PreviewFont& font : fonts) {
         const QString family = cssFamily(font.family);
         const QString style = wysiwyg && font.installed() && !family.isEmpty()
@@ -127,24 +138,26 @@ QString fontsPanel(const std::vector<PreviewFont>& fonts, bool wysiwyg)
         html += font.installed() ? QStringLiteral("<td class=\"installed\">installed</td></tr>\n")
                                  : QStringLiteral("<td class=\"missing\">missing</td></tr>\n");
         for (const QString& file : font.installedFiles) {
-            if (!installedFiles.contains(file))
+            if (!listed.contains(file)) {
+                listed.insert(file);
                 installedFiles.append(file);
+            }
         }
     }
-    html += QStringLiteral("</table>\n");
+    html += QStringLiteral("</table>\n") + leftOutLine(leftOut, leftOut == 1 ? "font" : "fonts");
     if (!installedFiles.isEmpty())
         html += QStringLiteral("<p><a href=\"%1\">Show the installed font files</a></p>\n")
                     .arg(escape(revealFontUrl(installedFiles)));
     return html + QStringLiteral("</section>\n");
 }
 
-QString linksPanel(const std::vector<PreviewLink>& links)
+QString linksPanel(const std::vector<PreviewLink>& links, int leftOut)
 {
     if (links.empty())
         return {};
     QString html
         = QStringLiteral("<section class=\"panel links\">\n<h2>Linked files (%1)</h2>\n<ul>\n")
-              .arg(links.size());
+              .arg(links.size() + size_t(leftOut));
     for (const PreviewLink& link : links) {
         const QString name
             = escape(QFileInfo(link.path).fileName().isEmpty() ? link.path
@@ -157,10 +170,12 @@ QString linksPanel(const std::vector<PreviewLink>& links)
                 "<li class=\"missing\" title=\"%1\">%2 <span>(missing)</span></li>\n")
                         .arg(escape(link.path), name);
     }
-    return html + QStringLiteral("</ul>\n</section>\n");
+    return html + QStringLiteral("</ul>\n")
+        + leftOutLine(leftOut, leftOut == 1 ? "linked file" : "linked files")
+        + QStringLiteral("</section>\n");
 }
 
-QString swatchesPanel(const std::vector<PreviewSwatchGroup>& groups, VTSwatchMode mode)
+QString swatchesPanel(const std::vector<PreviewSwatchGroup>& groups, int leftOut, VTSwatchMode mode)
 {
     size_t count = 0;
     for (const PreviewSwatchGroup& group : groups)
@@ -169,7 +184,7 @@ QString swatchesPanel(const std::vector<PreviewSwatchGroup>& groups, VTSwatchMod
         return {};
     QString html
         = QStringLiteral("<section class=\"panel swatches\">\n<h2>Colour swatches (%1)</h2>\n")
-              .arg(count);
+              .arg(count + size_t(leftOut));
     for (const PreviewSwatchGroup& group : groups) {
         if (group.swatches.empty())
             continue;
@@ -195,7 +210,8 @@ QString swatchesPanel(const std::vector<PreviewSwatchGroup>& groups, VTSwatchMod
             html += QStringLiteral("</table>\n");
         }
     }
-    return html + QStringLiteral("</section>\n");
+    return html + leftOutLine(leftOut, leftOut == 1 ? "swatch" : "swatches")
+        + QStringLiteral("</section>\n");
 }
 
 }

@@ -21,9 +21,11 @@ QString revealImageUrl(const QString& path);
 QString revealFontUrl(const QStringList& paths);
 inline const QString SettingsUrl = QStringLiteral("tolvane://settings/quicklook");
 
-// Each panel is a <section>; empty when there is nothing to show.
-QString fontsPanel(const std::vector<PreviewFont>& fonts, bool wysiwyg);
-QString linksPanel(const std::vector<PreviewLink>& links);
-QString swatchesPanel(const std::vector<PreviewSwatchGroup>& groups, VTSwatchMode mode);
+// Each panel is a <section>; empty when there is nothing to show. Its heading counts the entries
+// left out too, and a line after them says how many were.
+QString fontsPanel(const std::vector<PreviewFont>& fonts, int leftOut, bool wysiwyg);
+QString linksPanel(const std::vector<PreviewLink>& links, int leftOut);
+QString swatchesPanel(
+    const std::vector<PreviewSwatchGroup>& groups, int leftOut, VTSwatchMode mode);
 
 }

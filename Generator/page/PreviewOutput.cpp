@@ -2,24 +2,15 @@
 #include "PreviewOutput.h"
 
 #include "HtmlPage.h"
+#include "OutputFile.h"
 
 #include <QBuffer>
 #include <QDir>
 #include <QImageWriter>
-#include <QSaveFile>
 
 namespace Preview {
 
 namespace {
-
-    QString writeFile(const QString& path, const QByteArray& bytes)
-    {
-        QSaveFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-            return QStringLiteral("cannot write %1: %2")
-                .arg(QDir::toNativeSeparators(path), file.errorString());
-        return {};
-    }
 
     QByteArray encodePng(const QImage& image)
     {
@@ -63,11 +54,11 @@ QString writePreview(
             continue;
         }
         const QString name = QStringLiteral("page-%1.%2").arg(i + 1).arg(extension);
-        if (QString error = writeFile(dir.filePath(name), bytes); !error.isEmpty())
+        if (QString error = writeOutputFile(dir.filePath(name), bytes); !error.isEmpty())
             return error;
         pictureFiles.push_back(name);
     }
-    return writeFile(dir.filePath(QStringLiteral("index.html")),
+    return writeOutputFile(dir.filePath(QStringLiteral("index.html")),
         htmlPage(content, settings, pictureFiles).toUtf8());
 }
 

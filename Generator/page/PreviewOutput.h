@@ -10,7 +10,8 @@ namespace Preview {
 
 // Writes a preview into a folder: the page pictures (page-1.png, page-2.jpg, ...) and
 // index.html linking them by relative names. The folder is made when missing; every file is
-// written to a temporary name inside it and renamed, so a reader never sees half a page.
+// written to a new file inside it and renamed over its name (OutputFile.h), so a reader never
+// sees half a page and nothing already in the folder is written through.
 // Returns an empty text, or why it failed.
 QString writePreview(
     const PreviewContent& content, const VTPreviewSettings& settings, const QString& folder);

@@ -28,12 +28,11 @@ QImage epsiPreviewImage(const Formats::DscPreview& preview)
     return image;
 }
 
-QImage tiffPreviewImage(QByteArrayView file, const Formats::EpsBinaryHeader& header)
+QImage tiffPreviewImage(QByteArrayView section)
 {
-    const auto& tiff = header.tiff;
-    if (!tiff.present() || qsizetype(tiff.offset) + qsizetype(tiff.length) > file.size())
+    if (section.isEmpty())
         return {};
-    return QImage::fromData(file.sliced(tiff.offset, tiff.length), "TIFF");
+    return QImage::fromData(section, "TIFF");
 }
 
 }

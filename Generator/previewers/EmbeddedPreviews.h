@@ -2,7 +2,6 @@
 #pragma once
 
 #include "DscComments.h"
-#include "EpsBinaryHeader.h"
 
 #include <QByteArrayView>
 #include <QImage>
@@ -13,8 +12,8 @@ namespace Preview {
 // a sample counting the ink (0 white, all ones black). Null when the data is too short.
 QImage epsiPreviewImage(const Formats::DscPreview& preview);
 
-// The TIFF preview of a DOS binary EPS. Null when there is none or it cannot be decoded (Qt
-// reads TIFF through its image-format plug-in, which may be missing).
-QImage tiffPreviewImage(QByteArrayView file, const Formats::EpsBinaryHeader& header);
+// The TIFF preview of a DOS binary EPS, from the bytes of its section. Null when there is none or
+// it cannot be decoded (Qt reads TIFF through its image-format plug-in, which may be missing).
+QImage tiffPreviewImage(QByteArrayView section);
 
 }

@@ -4,9 +4,12 @@
 #include "DocumentFile.h"
 #include "FreeHandDocument.h"
 #include "KindContent.h"
+#include "PagePixels.h"
 #include "SvgPages.h"
 
 #include <QFileInfo>
+#include <QSet>
+#include <cmath>
 
 namespace Preview {
 
@@ -18,7 +21,7 @@ namespace {
 Formats::ParseResult<PreviewContent> FreeHandPreviewer::preview(
     const QString& file, const VTPreviewSettings& settings)
 {
-    const auto opened = DocumentFile::open(file);
+    const auto opened = DocumentFile::openWhole(file);
     if (!opened)
         return opened.failure();
     const DocumentFile& mapped = **opened;
@@ -31,18 +34,25 @@ Formats::ParseResult<PreviewContent> FreeHandPreviewer::preview(
     content.kindName = QStringLiteral("FreeHand document");
     content.pageCount = int(svgPages->size());
     QStringList families;
+    QSet<QString> seen;
     std::vector<PreviewPage> pages;
+    const int drawn = std::min<int>(int(svgPages->size()), settings.pageLimit());
+    // All pages together stay within the pixels of a document's pages (PagePixels.h).
+    const int side
+        = int(std::min<double>(PagePixels, std::sqrt(MostPixelsTogether / std::max(drawn, 1))));
     for (const QByteArray& svg : *svgPages) {
         for (const QString& family : svgFontFamilies(svg)) {
-            if (!families.contains(family))
+            if (!seen.contains(family)) {
+                seen.insert(family);
                 families.append(family);
+            }
         }
-        if (int(pages.size()) >= settings.pageLimit())
+        if (int(pages.size()) >= drawn)
             continue;
         PreviewPage page;
         page.label = QStringLiteral("Page %1").arg(pages.size() + 1);
         page.sizePoints = svgSizePoints(svg);
-        page.image = renderSvg(svg, PagePixels);
+        page.image = renderSvg(svg, side);
         if (page.image.isNull())
             content.notes.append(QStringLiteral("Page %1 cannot be drawn").arg(pages.size() + 1));
         pages.push_back(std::move(page));

@@ -11,14 +11,22 @@ namespace Preview {
 
 namespace {
 
-    QString firstErrorLine(const QByteArray& messages)
+    // A program may print without end: of its messages only the last ones are kept, where
+    // Ghostscript's own error report stands.
+    constexpr qsizetype KeptMessageBytes = 8192;
+
+    // Ghostscript's error line ("Error: /undefined in foo"), else the last line it printed.
+    QString errorLine(const QByteArray& messages)
     {
+        QString last;
         for (const QByteArray& line : messages.split('\n')) {
             const QString text = QString::fromUtf8(line).trimmed();
-            if (!text.isEmpty())
+            if (text.startsWith(u"Error:"))
                 return text.left(200);
+            if (!text.isEmpty())
+                last = text;
         }
-        return QStringLiteral("no picture came out");
+        return last.isEmpty() ? QStringLiteral("no picture came out") : last.left(200);
     }
 
 }
@@ -63,19 +71,25 @@ GhostscriptRun::~GhostscriptRun()
 
 Formats::ParseResult<QByteArray> GhostscriptRun::result()
 {
-    while (!m_process.waitForFinished(100)) {
+    QByteArray messages;
+    // Short waits, so that no more than a moment's output piles up between two reads.
+    while (!m_process.waitForFinished(20)) {
+        messages.append(m_process.readAllStandardError());
+        if (messages.size() > KeptMessageBytes)
+            messages = messages.right(KeptMessageBytes);
         if (m_process.state() == QProcess::NotRunning)
             break;
         if (m_clock.elapsed() > m_job.timeLimitMs)
             throw RenderingFailure("Ghostscript took too long to draw the PostScript");
     }
+    messages.append(m_process.readAllStandardError());
     const QByteArray png = m_process.readAllStandardOutput();
-    const QByteArray messages = m_process.readAllStandardError();
     if (m_process.exitStatus() == QProcess::CrashExit)
-        throw RenderingFailure("Ghostscript stopped unexpectedly");
+        throw RenderingFailure("Ghostscript stopped before it had drawn (out of time or memory)");
     if (m_process.exitCode() != 0 || !png.startsWith("\x89PNG"))
         return Formats::fail(Formats::FormatError::DamagedFile,
-            QStringLiteral("the PostScript does not draw: %1").arg(firstErrorLine(messages)));
+            QStringLiteral("the PostScript does not draw: %1")
+                .arg(errorLine(messages.right(KeptMessageBytes))));
     return png;
 }
 

@@ -11,7 +11,7 @@
 namespace Preview {
 
 struct GhostscriptJob {
-    int dpi = 144;
+    double dpi = 144;
     bool epsCrop = true; // crop to the bounding box instead of a paper size
     int timeLimitMs = 20000;
     // Shows the page after the program, for programs that never show theirs (it costs a second

@@ -3,11 +3,13 @@
 
 #include "ByteSearch.h"
 #include "DocumentFile.h"
+#include "PagePixels.h"
 #include "PdfPageRenderer.h"
 #include "XmpMetadata.h"
 #include "XmpPanels.h"
 
 #include <QFileInfo>
+#include <QSet>
 #include <cmath>
 #include <memory>
 #include <poppler-qt6.h>
@@ -43,11 +45,11 @@ namespace {
         auto mapped = DocumentFile::open(path);
         if (!mapped)
             return mapped.failure();
-        const QByteArrayView bytes = (*mapped)->bytes();
-        if (!bytes.startsWith("%PDF-"))
+        const DocumentFile& file = **mapped;
+        if (!file.head().startsWith("%PDF-"))
             return Formats::fail(Formats::FormatError::NotThisKind,
                 QStringLiteral("the file is not a PDF-compatible Illustrator document"));
-        if (!bytes.last(std::min(bytes.size(), EndMarkerWindow)).contains("%%EOF"))
+        if (!file.tail().last(std::min(file.tail().size(), EndMarkerWindow)).contains("%%EOF"))
             return Formats::fail(Formats::FormatError::DamagedFile,
                 QStringLiteral("the document is cut short (no end-of-file marker)"));
         OpenDocument document { *mapped,
@@ -69,10 +71,13 @@ namespace {
     // PDF is a single page of notice, in the language of the application that wrote it, and the
     // layers live in the private data alone. The picture is then the XMP thumbnail, and the
     // notice's font is none of the document's.
-    bool savedWithoutPdfContent(const Poppler::Document& pdf, QByteArrayView bytes)
+    // Of a file too large to be mapped whole, the private data is looked for where writers put
+    // the page dictionaries: near its start and its end.
+    bool savedWithoutPdfContent(const Poppler::Document& pdf, const DocumentFile& file)
     {
         return pdf.numPages() == 1 && !pdf.hasOptionalContent()
-            && Formats::findBytes(bytes, "/AIPrivateData") >= 0;
+            && (Formats::findBytes(file.head(), "/AIPrivateData") >= 0
+                || (!file.isWhole() && Formats::findBytes(file.tail(), "/AIPrivateData") >= 0));
     }
 
     QString number(double value)
@@ -94,15 +99,21 @@ namespace {
         return plus == 6 ? name.mid(7) : name;
     }
 
-    std::vector<PreviewFont> fontsFromPdf(Poppler::Document& pdf)
+    // The fonts of the pages that are drawn: poppler's scan of every page of a document of a
+    // hundred thousand pages would take minutes.
+    std::vector<PreviewFont> fontsFromPdf(Poppler::Document& pdf, int pages)
     {
         std::vector<PreviewFont> fonts;
-        QStringList seen;
-        for (const Poppler::FontInfo& info : pdf.fonts()) {
+        QSet<QString> seen;
+        QList<Poppler::FontInfo> found;
+        const std::unique_ptr<Poppler::FontIterator> iterator(pdf.newFontIterator());
+        for (int page = 0; page < pages && iterator && iterator->hasNext(); ++page)
+            found += iterator->next();
+        for (const Poppler::FontInfo& info : std::as_const(found)) {
             const QString name = baseFontName(info.name());
             if (name.isEmpty() || seen.contains(name))
                 continue;
-            seen.append(name);
+            seen.insert(name);
             PreviewFont font;
             font.name = name;
             font.kind = info.typeName();
@@ -111,7 +122,8 @@ namespace {
         return fonts;
     }
 
-    PreviewContent describe(const QString& path, OpenDocument& document, bool withoutPdf)
+    PreviewContent describe(
+        const QString& path, OpenDocument& document, bool withoutPdf, int fontPages)
     {
         PreviewContent content;
         content.title = QFileInfo(path).fileName();
@@ -135,7 +147,7 @@ namespace {
         content.facts.push_back({ QStringLiteral("PDF version"),
             QStringLiteral("%1.%2").arg(version.major).arg(version.minor) });
         if (content.fonts.empty() && !withoutPdf)
-            content.fonts = fontsFromPdf(pdf);
+            content.fonts = fontsFromPdf(pdf, fontPages);
         return content;
     }
 
@@ -153,9 +165,9 @@ Formats::ParseResult<PreviewContent> IllustratorPdfPreviewer::preview(
     if (!opened)
         return opened.failure();
     OpenDocument document = std::move(opened).value();
-    const bool withoutPdf = savedWithoutPdfContent(*document.pdf, document.file->bytes());
-    PreviewContent content = describe(file, document, withoutPdf);
-    const qint64 size = document.file->bytes().size();
+    const bool withoutPdf = savedWithoutPdfContent(*document.pdf, *document.file);
+    PreviewContent content = describe(file, document, withoutPdf, settings.pageLimit());
+    const qint64 size = document.file->size();
 
     if (withoutPdf || settings.preferEmbeddedForPreview(size)) {
         std::vector<PreviewPage> embedded = embeddedPages(document);
@@ -195,8 +207,8 @@ Formats::ParseResult<QImage> IllustratorPdfPreviewer::thumbnail(
     auto document = openDocument(file);
     if (!document)
         return document.failure();
-    const bool withoutPdf = savedWithoutPdfContent(*document->pdf, document->file->bytes());
-    if (withoutPdf || settings.preferEmbeddedForThumbnail(document->file->bytes().size())) {
+    const bool withoutPdf = savedWithoutPdfContent(*document->pdf, *document->file);
+    if (withoutPdf || settings.preferEmbeddedForThumbnail(document->file->size())) {
         for (const PreviewPage& page : embeddedPages(*document))
             return fitWithin(page.picture(), maxSize);
     }

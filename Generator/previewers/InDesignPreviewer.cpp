@@ -16,7 +16,7 @@ Formats::ParseResult<PreviewContent> InDesignPreviewer::preview(
     const auto opened = DocumentFile::open(file);
     if (!opened)
         return opened.failure();
-    if (const auto header = Formats::checkInDesignHeader((*opened)->bytes()); !header)
+    if (const auto header = Formats::checkInDesignHeader((*opened)->head()); !header)
         return header.failure();
 
     PreviewContent content;

@@ -92,7 +92,7 @@ namespace {
 Formats::ParseResult<PreviewContent> InterchangePreviewer::preview(
     const QString& file, const VTPreviewSettings& settings)
 {
-    const auto opened = DocumentFile::open(file);
+    const auto opened = DocumentFile::openWhole(file);
     if (!opened)
         return opened.failure();
     const DocumentFile& mapped = **opened;

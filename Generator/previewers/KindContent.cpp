@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 #include <QUrl>
 #include <algorithm>
 
@@ -56,11 +57,14 @@ void takePages(
 
 void addLinks(std::vector<PreviewLink>& links, const std::vector<PreviewLink>& more)
 {
+    QSet<QString> listed;
+    for (const PreviewLink& link : links)
+        listed.insert(link.path);
     for (const PreviewLink& link : more) {
-        const bool listed = std::any_of(links.begin(), links.end(),
-            [&](const PreviewLink& known) { return known.path == link.path; });
-        if (!listed)
+        if (!listed.contains(link.path)) {
+            listed.insert(link.path);
             links.push_back(link);
+        }
     }
 }
 

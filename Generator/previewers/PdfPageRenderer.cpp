@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PdfPageRenderer.h"
 
+#include "MemoryBudget.h"
+#include "PagePixels.h"
+
 #include <QBuffer>
 #include <QImageWriter>
 #include <QThread>
@@ -32,16 +35,15 @@ namespace {
         return png;
     }
 
-    void renderInto(std::vector<PreviewPage>& pages, Poppler::Document& document, int first,
-        int step, double dpi, double maxPixels)
+    void renderInto(std::vector<PreviewPage>& pages, const std::vector<double>& resolutions,
+        Poppler::Document& document, int first, int step)
     {
         for (int index = first; index < int(pages.size()); index += step) {
             const std::unique_ptr<Poppler::Page> page(document.page(index));
             PreviewPage& out = pages[size_t(index)];
             if (!page)
                 continue;
-            out.sizePoints = page->pageSizeF();
-            const double resolution = pageDpi(out.sizePoints, dpi, maxPixels);
+            const double resolution = resolutions[size_t(index)];
             const QImage image = page->renderToImage(resolution, resolution);
             if (!image.isNull()) {
                 out.encoded = encodePng(image);
@@ -50,38 +52,43 @@ namespace {
         }
     }
 
-}
+    std::unique_ptr<Poppler::Document> load(const QString& file)
+    {
+        std::unique_ptr<Poppler::Document> document(Poppler::Document::load(file));
+        if (document)
+            prepare(*document);
+        return document;
+    }
 
-double pageDpi(const QSizeF& sizePoints, double dpi, double maxPixels)
-{
-    const double side = std::max(sizePoints.width(), sizePoints.height());
-    if (side <= 0)
-        return dpi;
-    return std::clamp(maxPixels * 72 / side, 1.0, dpi);
 }
 
 std::vector<PreviewPage> renderPdfPages(
-    const QString& file, int count, double dpi, double maxPixels)
+    const QString& file, int count, double dpi, double mostPixelsASide)
 {
     std::vector<PreviewPage> pages(size_t(std::max(count, 0)));
-    const int threads = std::clamp(std::min(QThread::idealThreadCount(), 4), 1, std::max(count, 1));
-    if (threads == 1) {
-        std::unique_ptr<Poppler::Document> own(Poppler::Document::load(file));
-        if (own) {
-            prepare(*own);
-            renderInto(pages, *own, 0, 1, dpi, maxPixels);
-        }
+    const std::unique_ptr<Poppler::Document> first = load(file);
+    if (!first)
+        return pages;
+    std::vector<QSizeF> sizes;
+    for (int index = 0; index < count; ++index) {
+        const std::unique_ptr<Poppler::Page> page(first->page(index));
+        sizes.push_back(page ? page->pageSizeF() : QSizeF());
+        pages[size_t(index)].sizePoints = sizes.back();
+    }
+    const PagePlan plan
+        = planPages(sizes, dpi, mostPixelsASide, addressSpaceLeft(), QThread::idealThreadCount());
+    if (plan.threads == 1) {
+        renderInto(pages, plan.dpi, *first, 0, 1);
         return pages;
     }
     std::vector<std::thread> workers;
-    for (int worker = 0; worker < threads; ++worker) {
+    for (int worker = 0; worker < plan.threads; ++worker) {
         workers.emplace_back([&, worker] {
             try {
-                std::unique_ptr<Poppler::Document> own(Poppler::Document::load(file));
-                if (!own)
-                    return;
-                prepare(*own);
-                renderInto(pages, *own, worker, threads, dpi, maxPixels);
+                const std::unique_ptr<Poppler::Document> own = worker == 0 ? nullptr : load(file);
+                Poppler::Document* document = worker == 0 ? first.get() : own.get();
+                if (document)
+                    renderInto(pages, plan.dpi, *document, worker, plan.threads);
             } catch (const std::bad_alloc&) {
                 // Memory ran out under the process's limit: the pages of this worker stay empty.
             }

@@ -8,12 +8,11 @@
 
 namespace Preview {
 
-// The resolution a page is drawn at: dpi, lowered so that neither side passes maxPixels.
-double pageDpi(const QSizeF& sizePoints, double dpi, double maxPixels);
-
-// Draws pages [0, count) of a PDF as PNG-encoded pictures. The pages are shared out among a few
-// threads, each with a document of its own, since one poppler document draws one page at a time.
+// Draws pages [0, count) of a PDF as PNG-encoded pictures, each at the wanted resolution within
+// the bounds of planPages (PagePixels.h), settled from the pages' sizes before any is drawn. The
+// pages are shared out among as many threads as the plan allows, each with a document of its
+// own, since one poppler document draws one page at a time.
 std::vector<PreviewPage> renderPdfPages(
-    const QString& file, int count, double dpi, double maxPixels);
+    const QString& file, int count, double dpi, double mostPixelsASide);
 
 }

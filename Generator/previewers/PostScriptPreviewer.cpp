@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace Preview {
 
@@ -25,8 +26,6 @@ namespace {
         std::shared_ptr<DocumentFile> file;
         Formats::DscDocument dsc;
         std::optional<Formats::XmpMetadata> xmp;
-
-        QByteArrayView bytes() const { return file->bytes(); }
     };
 
     Formats::ParseResult<PostScriptDocument> readPostScript(const QString& path)
@@ -35,7 +34,9 @@ namespace {
         if (!mapped)
             return mapped.failure();
         std::shared_ptr<DocumentFile> file = std::move(mapped).value();
-        auto dsc = Formats::parseDscComments(file->bytes());
+        auto dsc = file->isWhole()
+            ? Formats::parseDscComments(file->bytes())
+            : Formats::parseDscComments(file->head(), file->tail(), file->size());
         if (!dsc)
             return dsc.failure();
         return PostScriptDocument { file, std::move(dsc).value(), std::nullopt };
@@ -45,7 +46,9 @@ namespace {
     {
         // exempi scans a PostScript file without XMP to its end; print files of hundreds of
         // megabytes are searched faster for the packet's start first.
-        if (Formats::findBytes(document.bytes(), "<?xpacket") < 0)
+        const DocumentFile& file = *document.file;
+        if (Formats::findBytes(file.head(), "<?xpacket") < 0
+            && (file.isWhole() || Formats::findBytes(file.tail(), "<?xpacket") < 0))
             return;
         if (auto xmp = Formats::readXmpOfFile(path))
             document.xmp = std::move(xmp).value();
@@ -65,13 +68,13 @@ namespace {
     }
 
     // The embedded picture, best first: TIFF, EPSI, XMP thumbnail.
-    std::optional<PreviewPage> embeddedPicture(
-        QByteArrayView bytes, const PostScriptDocument& document)
+    std::optional<PreviewPage> embeddedPicture(const PostScriptDocument& document)
     {
         PreviewPage page;
         page.label = QStringLiteral("Embedded preview");
-        if (document.dsc.binaryHeader)
-            page.image = tiffPreviewImage(bytes, *document.dsc.binaryHeader);
+        if (const auto& header = document.dsc.binaryHeader; header && header->tiff.present())
+            page.image
+                = tiffPreviewImage(document.file->window(header->tiff.offset, header->tiff.length));
         if (page.image.isNull() && document.dsc.preview)
             page.image = epsiPreviewImage(*document.dsc.preview);
         if (!page.image.isNull())
@@ -91,14 +94,20 @@ namespace {
         const Formats::DscDocument& dsc = document.dsc;
         GhostscriptJob job;
         // Print drivers may leave the showpage out; it stands near the end of every other file.
-        const QByteArrayView bytes = document.bytes();
+        const QByteArrayView tail = document.file->tail();
         job.showPageAtEnd
-            = Formats::findBytes(bytes.last(std::min<qsizetype>(bytes.size(), 4096)), "showpage")
-            < 0;
+            = Formats::findBytes(tail.last(std::min<qsizetype>(tail.size(), 4096)), "showpage") < 0;
         const auto box = dsc.usableBoundingBox();
         job.epsCrop = box.has_value();
         const double side = box ? std::max(box->right - box->left, box->top - box->bottom) : 842;
-        job.dpi = int(std::clamp(std::min(dpi, MostPixels * 72 / side), 9.0, dpi));
+        job.dpi = std::min(dpi, MostPixels * 72 / side);
+        // Ghostscript draws nothing below one pixel an inch: a larger picture would pass the cap.
+        if (job.dpi < 1)
+            throw RenderingFailure(QStringLiteral("the artwork measures %1 pt a side, more than "
+                                                  "%2 pixels at Ghostscript's least resolution")
+                                       .arg(side, 0, 'f', 0)
+                                       .arg(MostPixels)
+                                       .toStdString());
         return job;
     }
 
@@ -119,6 +128,22 @@ namespace {
                                "that wrote it, which it does not carry")
                     .arg(document.dsc.missingProcSets().join(QStringLiteral(", "))));
         return png;
+    }
+
+    // Ghostscript's picture; when it fails in its own right (missing, out of time or memory),
+    // that failure too is a reason to show the embedded picture instead, when there is one.
+    Formats::ParseResult<QByteArray> drawnOrWhyNot(
+        const std::function<Formats::ParseResult<QByteArray>()>& draw,
+        const PostScriptDocument& document, bool embeddedToShow)
+    {
+        try {
+            return interpret(draw(), document);
+        } catch (const RenderingFailure& failure) {
+            if (!embeddedToShow)
+                throw;
+            return Formats::fail(
+                Formats::FormatError::UnsupportedVariant, QString::fromStdString(failure.what()));
+        }
     }
 
     QString number(double value)
@@ -187,13 +212,17 @@ Formats::ParseResult<PreviewContent> PostScriptPreviewer::preview(
     if (!read)
         return read.failure();
     auto document = std::make_optional(std::move(read).value());
-    const QByteArrayView bytes = document->bytes();
+    const qint64 size = document->file->size();
     // Ghostscript draws while the rest of the document is read, unless the embedded picture is
     // to be shown instead.
-    const bool preferEmbedded = settings.preferEmbeddedForPreview(bytes.size());
+    const bool preferEmbedded = settings.preferEmbeddedForPreview(size);
     std::optional<GhostscriptRun> drawing;
-    if (!preferEmbedded)
-        drawing.emplace(file, jobFor(*document, PreviewDpi));
+    try {
+        if (!preferEmbedded)
+            drawing.emplace(file, jobFor(*document, PreviewDpi));
+    } catch (const RenderingFailure&) {
+        // Tried again, and explained, once it is known whether there is an embedded picture.
+    }
     readXmp(*document, file);
 
     PreviewContent content;
@@ -203,16 +232,19 @@ Formats::ParseResult<PreviewContent> PostScriptPreviewer::preview(
     addFacts(content, *document);
     addPanels(content, *document, file);
 
-    const std::optional<PreviewPage> embedded = embeddedPicture(bytes, *document);
+    const std::optional<PreviewPage> embedded = embeddedPicture(*document);
     if (embedded && preferEmbedded) {
         content.pages.push_back(*embedded);
         content.notes.append(QStringLiteral("Shown: the preview picture embedded in the file, "
                                             "which is at least %1 MB large.")
                                  .arg(double(settings.previewEmbeddedThresholdMB)));
     } else {
-        auto png = interpret(
-            drawing ? drawing->result() : renderPostScript(file, jobFor(*document, PreviewDpi)),
-            *document);
+        auto png = drawnOrWhyNot(
+            [&] {
+                return drawing ? drawing->result()
+                               : renderPostScript(file, jobFor(*document, PreviewDpi));
+            },
+            *document, embedded.has_value());
         if (png) {
             PreviewPage page;
             page.encoded = std::move(png).value();
@@ -247,16 +279,18 @@ Formats::ParseResult<QImage> PostScriptPreviewer::thumbnail(
         return read.failure();
     auto document = std::make_optional(std::move(read).value());
     readXmp(*document, file);
-    const QByteArrayView bytes = document->bytes();
-    const std::optional<PreviewPage> embedded = embeddedPicture(bytes, *document);
-    if (embedded && settings.preferEmbeddedForThumbnail(bytes.size()))
+    const std::optional<PreviewPage> embedded = embeddedPicture(*document);
+    if (embedded && settings.preferEmbeddedForThumbnail(document->file->size()))
         return fitWithin(embedded->picture(), maxSize);
 
     const auto box = document->dsc.usableBoundingBox();
     const double side = box ? std::max(box->right - box->left, box->top - box->bottom) : 842;
-    auto png = interpret(renderPostScript(file,
-                             jobFor(*document, std::clamp(maxSize * 72.0 / side, 9.0, PreviewDpi))),
-        *document);
+    auto png = drawnOrWhyNot(
+        [&] {
+            return renderPostScript(
+                file, jobFor(*document, std::min(maxSize * 72.0 / side, PreviewDpi)));
+        },
+        *document, embedded.has_value());
     if (png)
         return fitWithin(QImage::fromData(*png, "PNG"), maxSize);
     if (embedded)

@@ -96,6 +96,23 @@ struct PreviewContent {
 
     // Short lines about the preview itself ("Shown: the preview picture embedded in the file").
     QStringList notes;
+
+    // Entries of the panels beyond those shown (limitContent).
+    int fontsLeftOut = 0;
+    int linksLeftOut = 0;
+    int swatchesLeftOut = 0;
 };
+
+// What one page shows at most, so that no document makes a page too large to show: the first
+// entries of each panel, texts of a readable length, a few notes.
+inline constexpr size_t MostPanelEntries = 1000;
+inline constexpr qsizetype MostTextLength = 500;
+inline constexpr qsizetype MostNotes = 20;
+// No path on Linux is longer: a longer one is shown, but is no file to reveal.
+inline constexpr qsizetype MostPathLength = 4096;
+
+// Cuts the content to those bounds: each panel keeps its first entries and counts the others,
+// longer texts end in "…".
+void limitContent(PreviewContent& content);
 
 }

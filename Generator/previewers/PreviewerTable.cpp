@@ -41,12 +41,16 @@ namespace {
 
     // A ZIP archive that the first bytes do not show as IDML (its "mimetype" entry is not first)
     // may still be one: its central directory tells.
-    FileKind lookIntoArchive(const QString& file, QByteArrayView head, FileKind sniffed)
+    // An archive too large to look into says so.
+    Formats::ParseResult<FileKind> lookIntoArchive(
+        const QString& file, QByteArrayView head, FileKind sniffed)
     {
         if (sniffed != FileKind::Unknown || !head.startsWith("PK\x03\x04"))
             return sniffed;
-        const auto document = DocumentFile::open(file);
-        return document && Formats::isIdmlPackage((*document)->bytes()) ? FileKind::Idml : sniffed;
+        const auto document = DocumentFile::openWhole(file);
+        if (!document)
+            return document.failure();
+        return Formats::isIdmlPackage((*document)->bytes()) ? FileKind::Idml : sniffed;
     }
 
     QString kindWords(FileKind kind)
@@ -102,8 +106,11 @@ Formats::ParseResult<FileKind> chooseFileKind(const QString& file, const QString
     QByteArray head;
     if (input.open(QIODevice::ReadOnly))
         head = input.read(Formats::FileKindHeadSize);
-    const FileKind sniffed
+    const auto lookedInto
         = lookIntoArchive(file, head, Formats::sniffFileKind(head, QFileInfo(file).fileName()));
+    if (!lookedInto)
+        return lookedInto.failure();
+    const FileKind sniffed = *lookedInto;
     const std::vector<FileKind> claimed = kindsOfUti(uti);
     if (claimed.empty()) {
         if (sniffed == FileKind::Unknown)

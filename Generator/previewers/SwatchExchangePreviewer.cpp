@@ -13,7 +13,7 @@ namespace {
 
     Formats::ParseResult<Formats::AseDocument> readSwatches(const QString& file)
     {
-        const auto opened = DocumentFile::open(file);
+        const auto opened = DocumentFile::openWhole(file);
         if (!opened)
             return opened.failure();
         const DocumentFile& mapped = **opened;

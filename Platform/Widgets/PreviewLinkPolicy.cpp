@@ -25,18 +25,29 @@ bool isInside(const QString& file, const QString& folder)
 
 }
 
-PreviewLinkAction previewLinkAction(const QUrl& url, const QString& pageFolder)
+bool previewMayRead(const QUrl& url, const QString& pageFolder)
 {
-    if (!url.isValid())
+    if (url.scheme().compare(QLatin1String("data"), Qt::CaseInsensitive) == 0)
+        return true;
+    return url.isValid() && url.isLocalFile() && url.host().isEmpty() && !pageFolder.isEmpty()
+        && isInside(url.toLocalFile(), pageFolder);
+}
+
+PreviewLinkAction previewLinkAction(
+    const QUrl& url, const QString& pageFolder, PreviewNavigationCause cause)
+{
+    if (!url.isValid() || cause == PreviewNavigationCause::Page)
         return PreviewLinkAction::Refuse;
     const QString scheme = url.scheme().toLower();
+    if (scheme == QLatin1String("file"))
+        return previewMayRead(url, pageFolder) ? PreviewLinkAction::Navigate
+                                               : PreviewLinkAction::Refuse;
+    if (cause == PreviewNavigationCause::Load)
+        return PreviewLinkAction::Refuse;
     if (scheme == PreviewURLCommandScheme)
         return PreviewLinkAction::URLCommand;
     if (scheme == QLatin1String("http") || scheme == QLatin1String("https")
         || scheme == QLatin1String("mailto"))
         return PreviewLinkAction::OpenExternally;
-    if (scheme == QLatin1String("file") && url.host().isEmpty() && !pageFolder.isEmpty()
-        && isInside(url.toLocalFile(), pageFolder))
-        return PreviewLinkAction::Navigate;
     return PreviewLinkAction::Refuse;
 }

@@ -115,9 +115,22 @@ void PreviewView::showPage(const QString& page)
         return showCard(
             NSLocalizedString(QStringLiteral("The preview page cannot be shown: %1")).arg(error));
     m_pageFolder = QFileInfo(page).absolutePath();
+    const qint64 memoryLimit = m_pageMemoryLimit;
     std::unique_ptr<PreviewWebContent> web = factory->create(this,
-        { [this](const QUrl& url) { return navigationRequested(url); },
-            [this](bool ok) { later([this, ok] { pageLoaded(ok); }); } });
+        { [this](const QUrl& url, PreviewNavigationCause cause) {
+             return navigationRequested(url, cause);
+         },
+            [folder = m_pageFolder](const QUrl& url) { return previewMayRead(url, folder); },
+            [this](bool ok) { later([this, ok] { pageLoaded(ok); }); },
+            [this, memoryLimit] {
+                later([this, memoryLimit] {
+                    showCard(NSLocalizedString(
+                        QStringLiteral("The preview page stopped. It may have needed more than "
+                                       "the %1 MB of memory it may use."))
+                                 .arg(memoryLimit >> 20));
+                });
+            } },
+        memoryLimit);
     // The page loads under the working state; it counts as shown once it has loaded.
     showContent(web->widget(), State::Working);
     m_web = std::move(web);
@@ -135,9 +148,9 @@ void PreviewView::pageLoaded(bool ok)
     emit previewFinished();
 }
 
-bool PreviewView::navigationRequested(const QUrl& url)
+bool PreviewView::navigationRequested(const QUrl& url, PreviewNavigationCause cause)
 {
-    switch (previewLinkAction(url, m_pageFolder)) {
+    switch (previewLinkAction(url, m_pageFolder, cause)) {
     case PreviewLinkAction::Navigate:
         return true;
     case PreviewLinkAction::URLCommand:
@@ -147,6 +160,7 @@ bool PreviewView::navigationRequested(const QUrl& url)
         later([url] { NSWorkspace::sharedWorkspace().openURL(url); });
         return false;
     case PreviewLinkAction::Refuse:
+        later([this, url] { emit navigationRefused(url); });
         break;
     }
     return false;

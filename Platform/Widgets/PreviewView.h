@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "PreviewWebContent.h"
 #include "QLGeneratorRun.h"
 #include "QLPreviewItem.h"
 
@@ -11,7 +12,6 @@
 #include <functional>
 #include <memory>
 
-class PreviewWebContent;
 class QTemporaryDir;
 class QVBoxLayout;
 
@@ -23,7 +23,9 @@ class QVBoxLayout;
 //
 // Links in a page: the application's "tolvane" URLs are handed on as urlCommandRequested(),
 // web and mail addresses go to the desktop, the page's own files load in place, and everything
-// else is refused.
+// else is refused; only the user's click leads anywhere (PreviewLinkPolicy.h). The page reads
+// nothing outside its own folder, and its process may hold pageMemoryLimit() bytes: past them,
+// the card says so.
 class PreviewView : public QWidget {
     Q_OBJECT
 public:
@@ -47,6 +49,9 @@ public:
     void setTimeLimit(std::chrono::milliseconds limit) { m_limits.time = limit; }
     qint64 memoryLimit() const { return m_limits.memoryBytes; }
     void setMemoryLimit(qint64 bytes) { m_limits.memoryBytes = bytes; }
+    // The data the web view's process may hold while it shows the page.
+    qint64 pageMemoryLimit() const { return m_pageMemoryLimit; }
+    void setPageMemoryLimit(qint64 bytes) { m_pageMemoryLimit = bytes; }
 
     State state() const { return m_state; }
     // Why the card is shown; empty otherwise.
@@ -61,6 +66,8 @@ signals:
     void urlCommandRequested(const QUrl& url);
     // The item's preview is shown, in whichever form, or the card is.
     void previewFinished();
+    // The page tried to go somewhere on its own, or where no click may lead; it stayed.
+    void navigationRefused(const QUrl& url);
 
 private:
     void clear();
@@ -70,7 +77,7 @@ private:
     void showPicture(const QString& picture);
     void showCard(const QString& reason);
     void showContent(QWidget* content, State state);
-    bool navigationRequested(const QUrl& url);
+    bool navigationRequested(const QUrl& url, PreviewNavigationCause cause);
     void pageLoaded(bool ok);
     // Runs the function from the event loop, unless the item changed in between: the web engine
     // must not be torn down from inside its own callbacks.
@@ -78,6 +85,7 @@ private:
 
     std::shared_ptr<QLPreviewItem> m_item;
     QLGeneratorRun::Limits m_limits;
+    qint64 m_pageMemoryLimit = qint64(2) << 30;
     State m_state = State::Nothing;
     QString m_reason;
     QString m_file;

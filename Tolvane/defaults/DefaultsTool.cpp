@@ -2,6 +2,7 @@
 #include "DefaultsTool.h"
 
 #include "NSException.h"
+#include "PreferencesFile.h"
 #include "PropertyList.h"
 #include "UserDefaults.h"
 #include "VistrelUtilities.h"
@@ -10,6 +11,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <functional>
 #include <optional>
 #include <variant>
 
@@ -23,13 +25,30 @@ namespace {
                         "write DOMAIN KEY -bool|-int|-float|-string VALUE | delete DOMAIN [KEY] | "
                         "path DOMAIN";
 
+    // Text as the terminal should see it: control characters (which could move the cursor or
+    // change its colours) as escapes, backslashes doubled, and quote marks escaped when quoted.
+    QString escaped(const QString& text, bool quoted)
+    {
+        QString result;
+        result.reserve(text.size());
+        for (const QChar c : text) {
+            if (c == u'\\' || (quoted && c == u'"'))
+                result += QLatin1Char('\\') + c;
+            else if (c == u'\n')
+                result += QStringLiteral("\\n");
+            else if (c == u'\t')
+                result += QStringLiteral("\\t");
+            else if (c.category() == QChar::Other_Control)
+                result += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+            else
+                result += c;
+        }
+        return result;
+    }
+
     QString quoted(const QString& text)
     {
-        QString escaped = text;
-        escaped.replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
-        escaped.replace(QLatin1Char('"'), QStringLiteral("\\\""));
-        escaped.replace(QLatin1Char('\n'), QStringLiteral("\\n"));
-        return QLatin1Char('"') + escaped + QLatin1Char('"');
+        return QLatin1Char('"') + escaped(text, true) + QLatin1Char('"');
     }
 
     QString formatReal(double value)
@@ -53,7 +72,7 @@ namespace {
     {
         // QVariantMap is ordered by key.
         for (auto it = dictionary.begin(); it != dictionary.end(); ++it)
-            out << it.key() << " = " << formatValue(it.value()) << '\n';
+            out << escaped(it.key(), false) << " = " << formatValue(it.value()) << '\n';
     }
 
     bool isDomainName(const QString& domain)
@@ -180,10 +199,23 @@ namespace {
             if (QFileInfo::exists(path) && !PropertyList::readDictionary(path))
                 return fail(
                     FileError, QStringLiteral("%1 is not a readable preferences file").arg(path));
-            UserDefaults defaults(domain);
-            defaults.setObject(*value, key);
-            if (!defaults.synchronize())
-                return fail(FileError, QStringLiteral("could not write %1").arg(path));
+            return change(path, [&](QVariantMap& dictionary) { dictionary.insert(key, *value); });
+        }
+
+        // A read-merge-write under the file's lock; one line when it did not reach the file.
+        int change(const QString& path, const std::function<void(QVariantMap&)>& edit)
+        {
+            QString error;
+            const bool written = PreferencesFile::update(
+                path,
+                [&](const std::optional<QVariantMap>& onDisk) {
+                    QVariantMap dictionary = onDisk.value_or(QVariantMap());
+                    edit(dictionary);
+                    return dictionary;
+                },
+                &error);
+            if (!written)
+                return fail(FileError, QStringLiteral("could not write %1: %2").arg(path, error));
             return Success;
         }
 
@@ -200,11 +232,7 @@ namespace {
             }
             if (!std::get<QVariantMap>(loaded).contains(key))
                 return fail(NoSuchKey, QStringLiteral("%1 has no key %2").arg(domain, quoted(key)));
-            UserDefaults defaults(domain);
-            defaults.removeObjectForKey(key);
-            if (!defaults.synchronize())
-                return fail(FileError, QStringLiteral("could not write %1").arg(path));
-            return Success;
+            return change(path, [&](QVariantMap& dictionary) { dictionary.remove(key); });
         }
 
         const QStringList& m_arguments;

@@ -8,10 +8,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <QProcess>
 #include <QRegularExpression>
 #include <QUrl>
+#include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 using namespace GeneratorProcess;
 
@@ -29,6 +32,8 @@ QString copyToHome(const QString& source, const QString& name, qsizetype keepByt
     TestEnvironment::writeFile(path, bytes);
     return path;
 }
+
+QString out() { return TestEnvironment::home() + QStringLiteral("/out"); }
 
 QStringList pictureLinks(const QString& html)
 {
@@ -62,7 +67,8 @@ TEST_P(PreviewOfEachKind, WritesThePageAndItsPicturesIntoTheFolderOnly)
     QDir().mkpath(work);
     const QStringList homeBefore = filesBelow(TestEnvironment::home());
 
-    const Outcome run = runGenerator({ "preview", file, "--uti", c.uti, "--out", out }, work);
+    const Outcome run = runGenerator(
+        { "preview", file, "--uti", c.uti, "--out", out }, { .workingFolder = work });
 
     ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
     EXPECT_TRUE(run.standardError.isEmpty()) << run.standardError.toStdString();
@@ -126,6 +132,96 @@ TEST(PreviewLinks, AnExistingLinkedFileLinksToTheApplication)
     EXPECT_TRUE(html.contains(QStringLiteral("missing image.tif <span>(missing)</span>")));
 }
 
+// A file already in the output, a link to a file elsewhere, is replaced; what it pointed to is
+// never written.
+TEST(OutputFiles, LinksAlreadyThereAreReplacedNotWrittenThrough)
+{
+    const QString victim = TestEnvironment::home() + QStringLiteral("/victim.txt");
+    TestEnvironment::writeFile(victim, "precious");
+    const QString out = TestEnvironment::home() + QStringLiteral("/out");
+    QDir().mkpath(out);
+    for (const char* name : { "/index.html", "/page-1.png", "/t.png" })
+        ASSERT_TRUE(QFile::link(victim, out + name));
+
+    const QString eps = formatsSample("illustrator88.eps");
+    EXPECT_EQ(runGenerator({ "preview", eps, "--out", out }).exitCode, 0);
+    EXPECT_EQ(
+        runGenerator({ "thumbnail", eps, "--size", "32", "--out", out + "/t.png" }).exitCode, 0);
+
+    EXPECT_EQ(TestEnvironment::readFile(victim), "precious");
+    for (const char* name : { "/index.html", "/page-1.png", "/t.png" }) {
+        EXPECT_FALSE(QFileInfo(out + name).isSymLink()) << name;
+        EXPECT_TRUE(QFileInfo(out + name).isFile()) << name;
+    }
+    EXPECT_EQ(filesBelow(out), (QStringList { "index.html", "page-1.png", "t.png" }));
+}
+
+// Qt's own options (-platform, -reverse) are never read from the generator's command line, and
+// after "--" even "--x.ai" is a file.
+TEST(FileArguments, NamesThatLookLikeOptionsAreFiles)
+{
+    const QString folder = TestEnvironment::home() + QStringLiteral("/documents");
+    const QStringList names { "-platform", "-reverse", "--x.ai" };
+    for (const QString& name : names)
+        copyToHome(formatsSample("illustrator88.eps"), name);
+    for (const QString& name : names) {
+        SCOPED_TRACE(name.toStdString());
+        const QString out = TestEnvironment::home() + QStringLiteral("/out-") + name;
+        QStringList arguments { "preview", "--uti", EpsUti, "--out", out, "--", name };
+        if (!name.startsWith(u"--"))
+            arguments.remove(5);
+        const Outcome run = runGenerator(arguments, { .workingFolder = folder });
+        EXPECT_EQ(run.exitCode, 0) << run.standardError.toStdString();
+        EXPECT_TRUE(QString::fromUtf8(TestEnvironment::readFile(out + "/index.html"))
+                        .contains(QStringLiteral("<h1>%1</h1>").arg(name)));
+    }
+    const Outcome refused
+        = runGenerator({ "preview", "--x.ai", "--out", out() }, { .workingFolder = folder });
+    EXPECT_EQ(refused.exitCode, 2);
+}
+
+// A name from an older system, in Latin-1: not UTF-8, and still the file.
+TEST(FileArguments, ANameThatIsNotUtf8IsOpened)
+{
+    const QString folder = TestEnvironment::home() + QStringLiteral("/documents");
+    QDir().mkpath(folder);
+    const QByteArray name = QFile::encodeName(folder)
+        + "/Gr\xfc\xdf"
+          "e.eps";
+    const QByteArray eps = TestEnvironment::readFile(formatsSample("illustrator88.eps"));
+    const int descriptor = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL, 0644);
+    ASSERT_GE(descriptor, 0);
+    ASSERT_EQ(::write(descriptor, eps.constData(), size_t(eps.size())), eps.size());
+    ::close(descriptor);
+
+    // The name reaches the generator byte for byte through the shell's printf.
+    QProcess process;
+    process.start(QStringLiteral("/bin/sh"),
+        { "-c", "exec \"$0\" preview \"$1/$(printf 'Gr\\374\\337e.eps')\" --out \"$2\"",
+            QStringLiteral(VISTREL_EXECUTABLE), folder, out() });
+    ASSERT_TRUE(process.waitForFinished(60000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+    const QString html = QString::fromUtf8(TestEnvironment::readFile(out() + "/index.html"));
+    EXPECT_TRUE(html.contains(QStringLiteral("<h1>Gr\uFFFD\uFFFDe.eps</h1>")))
+        << html.left(2000).toStdString();
+    EXPECT_FALSE(QImage(out() + "/page-1.png").isNull());
+}
+
+// Without XDG_RUNTIME_DIR, Qt would make a runtime folder in the temporary folder.
+TEST(OutputFiles, NothingIsMadeOutsideTheOutputWithoutARuntimeFolder)
+{
+    const Outcome run
+        = runGenerator({ "preview", formatsSample("illustrator88.eps"), "--out", out() },
+            { .environment = [](QProcessEnvironment& environment) {
+                environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
+            } });
+    EXPECT_EQ(run.exitCode, 0) << run.standardError.toStdString();
+    const QString temporary = TestEnvironment::home() + QStringLiteral("/tmp");
+    EXPECT_EQ(QDir(temporary).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+        QStringList());
+}
+
 struct FailureCase {
     const char* name;
     std::function<QStringList()> arguments;
@@ -140,9 +236,6 @@ QString garbage(const char* name)
         path, QByteArray("just some words, and then \x01\x02\x03 bytes\n").repeated(40));
     return path;
 }
-
-// The document saved without PDF content, with its thumbnails made unreadable: nothing to show.
-QString out() { return TestEnvironment::home() + QStringLiteral("/out"); }
 
 class FailingRun : public testing::TestWithParam<FailureCase> { };
 

@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GeneratorProcess.h"
 
+#include "QLGeneratorContract.h"
 #include "TestEnvironment.h"
 
 #include <QDir>
 #include <QDirIterator>
 #include <QProcess>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
 
 namespace GeneratorProcess {
 
-Outcome runGenerator(const QStringList& arguments, const QString& workingFolder)
+Outcome runGenerator(const QStringList& arguments, const RunOptions& options)
 {
     QProcess process;
     process.setProgram(QStringLiteral(VISTREL_EXECUTABLE));
@@ -19,20 +22,40 @@ Outcome runGenerator(const QStringList& arguments, const QString& workingFolder)
     const QString temporary = TestEnvironment::home() + QStringLiteral("/tmp");
     QDir().mkpath(temporary);
     environment.insert(QStringLiteral("TMPDIR"), temporary);
+    if (options.environment)
+        options.environment(environment);
     process.setProcessEnvironment(environment);
-    if (!workingFolder.isEmpty())
-        process.setWorkingDirectory(workingFolder);
+    if (!options.workingFolder.isEmpty())
+        process.setWorkingDirectory(options.workingFolder);
+    process.setChildProcessModifier(
+        [seconds = rlim_t(options.cpuSeconds), bytes = rlim_t(options.addressSpaceBytes)] {
+            const rlimit cpu { seconds, seconds };
+            if (seconds > 0)
+                setrlimit(RLIMIT_CPU, &cpu);
+            const rlimit addressSpace { bytes, bytes };
+            if (bytes > 0)
+                setrlimit(RLIMIT_AS, &addressSpace);
+        });
     process.start();
     Outcome result;
-    if (!process.waitForFinished(60000)) {
+    if (!process.waitForFinished(120000)) {
         process.kill();
         process.waitForFinished();
         result.standardError = QStringLiteral("(timed out)");
+        ADD_FAILURE() << "the generator did not finish: " << arguments.join(' ').toStdString();
         return result;
     }
-    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     result.standardError = QString::fromUtf8(process.readAllStandardError());
     result.standardOutput = process.readAllStandardOutput();
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit)
+        << "the generator ended by a signal: " << result.standardError.toStdString();
+    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    if (result.exitCode > 0) {
+        const QString words = QLGeneratorContract::exitStatusWords(result.exitCode);
+        EXPECT_TRUE(result.standardError.startsWith(words + QStringLiteral(": ")))
+            << result.standardError.toStdString();
+        EXPECT_EQ(result.standardError.count(u'\n'), 1) << result.standardError.toStdString();
+    }
     return result;
 }
 

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 // Runs the built generator as the application runs it, in the test's temporary home.
 namespace GeneratorProcess {
@@ -14,7 +16,19 @@ struct Outcome {
     QByteArray standardOutput;
 };
 
-Outcome runGenerator(const QStringList& arguments, const QString& workingFolder = {});
+struct RunOptions {
+    QString workingFolder = {};
+    // Changes to the environment the generator gets.
+    std::function<void(QProcessEnvironment&)> environment = {};
+    // Limits of processor time and address space the caller sets (0: none of its own), lower
+    // than the generator's own; Ghostscript inherits them.
+    int cpuSeconds = 0;
+    qint64 addressSpaceBytes = 0;
+};
+
+// Every run is also checked against the contract: the generator never ends by a signal, and a
+// failure is one line that starts with the words of its status.
+Outcome runGenerator(const QStringList& arguments, const RunOptions& options = {});
 
 // A test file of tests/data/generator or tests/data/formats/samples.
 QString generatorData(const QString& name);

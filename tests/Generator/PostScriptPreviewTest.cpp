@@ -7,6 +7,7 @@
 #include "TestEnvironment.h"
 #include "VistrelUtilities.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <cstring>
@@ -103,6 +104,44 @@ TEST(PostScriptPreview, GhostscriptMayNotWriteFiles)
     EXPECT_TRUE(
         run.standardError.startsWith(QStringLiteral("damaged file: the PostScript does not draw")));
     EXPECT_FALSE(QFileInfo::exists(target));
+}
+
+// Ghostscript that runs out of processor time (the limit the caller set, which it inherits) is
+// no reason to fail a file that carries its own preview picture.
+TEST(PostScriptPreview, EmbeddedPreviewWhenGhostscriptRunsOutOfTime)
+{
+    const QString out = TestEnvironment::home() + QStringLiteral("/out");
+    const Outcome run = runGenerator(
+        { "preview", writeEps(epsWith("{ } loop")), "--out", out }, { .cpuSeconds = 5 });
+    ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
+    const QString html = QString::fromUtf8(TestEnvironment::readFile(out + "/index.html"));
+    EXPECT_TRUE(html.contains(QStringLiteral("alt=\"Embedded preview\"")));
+    EXPECT_TRUE(html.contains(QStringLiteral("could not be drawn (Ghostscript stopped")))
+        << html.toStdString();
+}
+
+// A stand-in for Ghostscript, first on PATH, that prints 400 MB before its error: kept whole and
+// copied once, more than the 600 MB of address space the caller gives the generator.
+TEST(PostScriptPreview, OnlyTheLastOfGhostscriptsMessagesAreKept)
+{
+    const QString bin = TestEnvironment::home() + QStringLiteral("/fake-bin");
+    TestEnvironment::writeFile(bin + "/gs",
+        "#!/bin/sh\n# SPDX-License-Identifier: GPL-3.0-or-later\n"
+        "head -c 400000000 /dev/zero >&2\necho >&2\necho 'Error: /typecheck in --flood--' >&2\n"
+        "exit 1\n");
+    QFile::setPermissions(bin + "/gs", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QByteArray eps = epsWith(Box);
+    eps.replace("%%BeginPreview: 16 2 1 2\n%FF00\n%FF00\n%%EndPreview\n", "");
+    const Outcome run
+        = runGenerator({ "preview", writeEps(eps), "--out", TestEnvironment::home() + "/out" },
+            { .environment =
+                    [&bin](QProcessEnvironment& environment) {
+                        environment.insert("PATH", bin + ":" + environment.value("PATH"));
+                    },
+                .addressSpaceBytes = 600 << 20 });
+    EXPECT_EQ(run.exitCode, 4);
+    EXPECT_EQ(run.standardError,
+        "damaged file: the PostScript does not draw: Error: /typecheck in --flood--\n");
 }
 
 struct EpsiCase {

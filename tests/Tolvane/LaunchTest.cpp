@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppleEventManager.h"
+#include "Bundle.h"
 #include "FakeDesktop.h"
 #include "FeedServer.h"
 #include "PropertyList.h"
@@ -11,6 +12,8 @@
 #include "VistrelUtilities.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
@@ -133,6 +136,59 @@ TEST(SupportedSystem, APreferencesFileItCannotReadDoesNotStopTheLaunch)
     EXPECT_TRUE(NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing"));
     EXPECT_FALSE(UserDefaults::standardUserDefaults().registeredDefaults().contains("UseLoupe"));
 }
+
+struct UnreadableCase {
+    const char* name;
+    QByteArray contents;
+};
+void PrintTo(const UnreadableCase& value, std::ostream* out) { *out << value.name; }
+
+class UnreadablePreferences : public testing::TestWithParam<UnreadableCase> { };
+
+// The launch writes its own keys; the user's settings in a file it cannot read are moved aside,
+// said in one line, and never deleted. The new file is readable, so the next launch moves nothing.
+TEST_P(UnreadablePreferences, AreMovedAsideWithOneWarning)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const QString path = UserDefaults::pathForDomain(Bundle::mainBundle().bundleIdentifier());
+    TestEnvironment::writeFile(path, GetParam().contents);
+    EXPECT_EXIT(
+        {
+            qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
+            testing::internal::CaptureStderr();
+            {
+                TLAppDelegate delegate;
+                delegate.applicationWillFinishLaunching();
+                delegate.applicationDidFinishLaunching();
+                UserDefaults::standardUserDefaults().synchronize();
+            }
+            const QString log = QString::fromStdString(testing::internal::GetCapturedStderr());
+            std::fprintf(stderr, "%s", log.toUtf8().constData());
+            std::_Exit(log.count(QStringLiteral("WARNING -- the preferences file")) == 1 ? 0 : 1);
+        },
+        testing::ExitedWithCode(0), "WARNING -- the preferences file .* could not be read");
+    const QDir folder = QFileInfo(path).dir();
+    const QStringList aside = folder.entryList({ QFileInfo(path).fileName() + ".unreadable-*" });
+    ASSERT_EQ(aside.size(), 1);
+    EXPECT_EQ(TestEnvironment::readFile(folder.filePath(aside.first())), GetParam().contents);
+    const auto fresh = PropertyList::readDictionary(path);
+    ASSERT_TRUE(fresh);
+    EXPECT_EQ(fresh->value("SUEnableAutomaticChecks"), QVariant(true));
+}
+
+QByteArray nestedDeeperThanTheReaderAllows()
+{
+    return "<plist version=\"1.0\"><dict><key>k</key>" + QByteArray("<array>").repeated(600)
+        + QByteArray("</array>").repeated(600) + "</dict></plist>";
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, UnreadablePreferences,
+    testing::Values(UnreadableCase { "truncated",
+                        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>UseLoupe</key>" },
+        UnreadableCase { "binary", QByteArray("\x00\xff\x13\x37PK\x03\x04", 10).repeated(50) },
+        UnreadableCase { "arrayAtTheTop", "<plist version=\"1.0\"><array><true/></array></plist>" },
+        UnreadableCase { "nestedTooDeep", nestedDeeperThanTheReaderAllows() }),
+    [](const auto& info) { return std::string(info.param.name); });
 
 struct FinishCase {
     const char* name;

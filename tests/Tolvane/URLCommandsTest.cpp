@@ -105,9 +105,13 @@ void PrintTo(const IgnoredCase& value, std::ostream* out) { *out << value.name; 
 class URLCommandsThatRevealNothing : public URLCommands,
                                      public testing::WithParamInterface<IgnoredCase> { };
 
-TEST_P(URLCommandsThatRevealNothing, LeaveTheApplicationRunning)
+TEST_P(URLCommandsThatRevealNothing, AreLoggedInOneLineAndLeaveTheApplicationRunning)
 {
+    testing::internal::CaptureStderr();
     EXPECT_TRUE(reveal(GetParam().url).isEmpty());
+    const QString log = QString::fromStdString(testing::internal::GetCapturedStderr());
+    EXPECT_EQ(log.count('\n'), 1) << log.toStdString();
+    EXPECT_TRUE(log.startsWith("ERROR -- the URL command ")) << log.toStdString();
     // The next command still works.
     EXPECT_EQ(reveal("tolvane://reveal/image?path=/ok"), QStringList { "file:///ok" });
 }
@@ -164,12 +168,16 @@ TEST_F(URLCommands, SettingTheSamePaneAgainRelaysTheWindowOut)
 TEST(URLCommandsWithoutFileManager, OpenTheFolderOfTheFirstFile)
 {
     FakeOpener opener;
+    const QString fonts = TestEnvironment::home() + QStringLiteral("/fonts");
+    TestEnvironment::writeFile(fonts + QStringLiteral("/a.otf"), "OTTO");
     TLAppDelegate delegate;
     delegate.handleURLEvent(NSAppleEventDescriptor(kInternetEventClass, kAEGetURL,
-                                "tolvane://reveal/font?path=/fonts/a.otf&path1=/other/b.otf"),
+                                QStringLiteral("tolvane://reveal/font?path=%1&path1=/other/b.otf")
+                                    .arg(QString::fromLatin1(QUrl::toPercentEncoding(
+                                        fonts + QStringLiteral("/a.otf"))))),
         NSAppleEventDescriptor());
     TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 5000);
-    EXPECT_EQ(opener.recordedArguments(), QStringList { "/fonts" });
+    EXPECT_EQ(opener.recordedArguments(), QStringList { fonts });
 }
 
 }

@@ -16,7 +16,7 @@ class WebEnginePreviewFactory : public QObject,
     Q_INTERFACES(PreviewWebContentFactory WelcomeWebContentFactory)
 public:
     std::unique_ptr<PreviewWebContent> create(
-        QWidget* parent, PreviewWebCallbacks callbacks) override;
+        QWidget* parent, PreviewWebCallbacks callbacks, qint64 memoryLimit) override;
     std::unique_ptr<WelcomeWebContent> create(
         QWidget* parent, WelcomeWebCallbacks callbacks) override;
 };

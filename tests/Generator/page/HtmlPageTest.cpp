@@ -5,7 +5,9 @@
 #include "HtmlPanels.h"
 #include "TestEnvironment.h"
 
+#include <QCryptographicHash>
 #include <QFile>
+#include <QRegularExpression>
 #include <QUrl>
 #include <QUrlQuery>
 #include <gtest/gtest.h>
@@ -98,6 +100,22 @@ INSTANTIATE_TEST_SUITE_P(Pages, GoldenPage,
     testing::Values(GoldenCase { "DefaultSettings", VTPreviewSettings {} },
         GoldenCase { "GridChipsCheckerboard", compactSettings() }),
     [](const auto& info) { return std::string(info.param.name); });
+
+// The page's policy admits its one script by hash, and no other script at all.
+TEST(PageScript, RunsByItsHashAlone)
+{
+    const QString html = htmlPage(hostileDocument(), VTPreviewSettings {}, pictureNames());
+    static const QRegularExpression script(
+        QStringLiteral("<script>(.*?)</script>"), QRegularExpression::DotMatchesEverythingOption);
+    QStringList hashes;
+    for (auto it = script.globalMatch(html); it.hasNext();)
+        hashes.append(QString::fromLatin1(
+            QCryptographicHash::hash(it.next().captured(1).toUtf8(), QCryptographicHash::Sha256)
+                .toBase64()));
+    ASSERT_EQ(hashes.size(), 1);
+    static const QRegularExpression policy(QStringLiteral("script-src ([^;\"]*)"));
+    EXPECT_EQ(policy.match(html).captured(1), QStringLiteral("'sha256-%1'").arg(hashes.first()));
+}
 
 TEST(HtmlPage, DocumentTextNeverBecomesMarkup)
 {

@@ -98,18 +98,24 @@ TEST(Workspace, AnEmptyListShowsNothing)
     EXPECT_EQ(fileManager.calls(), QList<QStringList> { QStringList { "file:///a" } });
 }
 
-TEST(Workspace, WithoutAFileManagerOpensTheFolderOfTheFirstFile)
+TEST(Workspace, WithoutAFileManagerOpensOnlyAFolderThatHoldsTheFirstFile)
 {
     if (fileManagerActivatable())
         GTEST_SKIP() << "a file manager can be started on this bus";
     FakeOpener opener;
+    const QString folder = TestEnvironment::home() + QStringLiteral("/x y");
+    const QString program = TestEnvironment::home() + QStringLiteral("/Downloads/evil.jar");
+    TestEnvironment::writeFile(folder + QStringLiteral("/a b.png"), "png");
+    TestEnvironment::writeFile(program, "PK");
 
+    // A path below a file would hand the file itself to its default application.
+    NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({ file(program + "/x") });
     NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs(
-        { file("/Users/x y/a b.png"), file("/elsewhere/c.png") });
+        { file(folder + "/a b.png"), file("/elsewhere/c.png") });
 
     ASSERT_TRUE(
         TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 10000));
-    EXPECT_EQ(opener.recordedArguments(), QStringList { "/Users/x y" });
+    EXPECT_EQ(opener.recordedArguments(), QStringList { folder });
 }
 
 TEST(Workspace, AFileManagerThatFailsIsNotReplacedByTheFolder)

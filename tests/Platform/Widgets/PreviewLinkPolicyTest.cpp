@@ -4,6 +4,7 @@
 #include "TestEnvironment.h"
 
 #include <QDir>
+#include <QFile>
 #include <gtest/gtest.h>
 
 namespace {
@@ -57,6 +58,37 @@ INSTANTIATE_TEST_SUITE_P(Table, PreviewLinks,
         LinkCase { "Ftp", "ftp://127.0.0.1/", PreviewLinkAction::Refuse },
         LinkCase { "Empty", "", PreviewLinkAction::Refuse }),
     [](const testing::TestParamInfo<LinkCase>& info) { return std::string(info.param.name); });
+
+TEST(PreviewLinkPolicy, OnlyTheOwnersLoadAndTheUsersClicksGoAnywhere)
+{
+    const QString page = TestEnvironment::home() + QStringLiteral("/preview");
+    TestEnvironment::writeFile(page + QStringLiteral("/index.html"), "<html></html>");
+    const QUrl own = QUrl::fromLocalFile(page + QStringLiteral("/index.html"));
+    const QUrl web(QStringLiteral("https://tolvane.example/"));
+    const QUrl command(QStringLiteral("tolvane://settings/about"));
+    using Cause = PreviewNavigationCause;
+    EXPECT_EQ(previewLinkAction(own, page, Cause::Load), PreviewLinkAction::Navigate);
+    EXPECT_EQ(previewLinkAction(web, page, Cause::Load), PreviewLinkAction::Refuse);
+    EXPECT_EQ(previewLinkAction(command, page, Cause::Load), PreviewLinkAction::Refuse);
+    for (const QUrl& url : { own, web, command })
+        EXPECT_EQ(previewLinkAction(url, page, Cause::Page), PreviewLinkAction::Refuse)
+            << url.toString().toStdString();
+}
+
+TEST(PreviewLinkPolicy, ThePageReadsItsOwnFilesAndDataOnly)
+{
+    const QString page = TestEnvironment::home() + QStringLiteral("/preview");
+    TestEnvironment::writeFile(page + QStringLiteral("/page-1.png"), "png");
+    TestEnvironment::writeFile(TestEnvironment::home() + QStringLiteral("/secret.png"), "png");
+    QFile::link(TestEnvironment::home() + QStringLiteral("/secret.png"),
+        page + QStringLiteral("/page-2.png"));
+    EXPECT_TRUE(previewMayRead(QUrl::fromLocalFile(page + "/page-1.png"), page));
+    EXPECT_TRUE(previewMayRead(QUrl(QStringLiteral("data:image/png;base64,AAAA")), page));
+    EXPECT_FALSE(previewMayRead(QUrl::fromLocalFile(page + "/page-2.png"), page));
+    EXPECT_FALSE(
+        previewMayRead(QUrl::fromLocalFile(TestEnvironment::home() + "/secret.png"), page));
+    EXPECT_FALSE(previewMayRead(QUrl(QStringLiteral("https://tolvane.example/x.png")), page));
+}
 
 TEST(PreviewLinkPolicy, RefusesFilesWhenThePageHasNoFolder)
 {

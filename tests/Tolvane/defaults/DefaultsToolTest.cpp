@@ -8,6 +8,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QProcess>
 #include <gtest/gtest.h>
 
 namespace {
@@ -92,6 +93,48 @@ TEST(DefaultsTool, DeletesOneKeyOrTheWholeDomain)
     EXPECT_EQ(run({ "read", domain, "A" }).status, 1);
     EXPECT_EQ(run({ "delete", domain }).status, 0);
     EXPECT_FALSE(QFile::exists(UserDefaults::pathForDomain(domain)));
+}
+
+// Each writer reads, merges and writes under the file's lock: none loses another's key.
+TEST(DefaultsTool, ConcurrentWritersKeepEveryKey)
+{
+    constexpr int writers = 100;
+    std::vector<std::unique_ptr<QProcess>> processes;
+    for (int i = 0; i < writers; ++i) {
+        processes.push_back(std::make_unique<QProcess>());
+        processes.back()->start(QStringLiteral(TOLVANE_DEFAULTS_EXECUTABLE),
+            { "write", domain, QStringLiteral("key %1").arg(i), "-int", QString::number(i) });
+    }
+    for (const auto& process : processes) {
+        ASSERT_TRUE(process->waitForFinished(120000));
+        EXPECT_EQ(process->exitCode(), 0) << process->readAllStandardError().toStdString();
+    }
+    const QVariantMap file
+        = PropertyList::readDictionary(UserDefaults::pathForDomain(domain)).value();
+    EXPECT_EQ(file.size(), writers);
+    EXPECT_EQ(file.value("key 57"), QVariant(qint64(57)));
+}
+
+TEST(DefaultsTool, AWriteThatDidNotReachTheFileSaysSoInOneLine)
+{
+    // A file where the Preferences folder should be.
+    TestEnvironment::writeFile(TestEnvironment::userLibrary() + "/Preferences", "not a folder");
+    for (const QStringList& arguments : { QStringList { "write", domain, "Key", "-int", "1" },
+             QStringList { "delete", domain, "Key" } }) {
+        testing::internal::CaptureStderr();
+        const Result result = run(arguments);
+        const std::string logged = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(result.status, arguments.first() == "write" ? 3 : 2);
+        EXPECT_EQ(result.err.count('\n'), 1) << result.err.toStdString();
+        EXPECT_EQ(logged, "");
+    }
+}
+
+TEST(DefaultsTool, ReadShowsControlCharactersAsEscapes)
+{
+    ASSERT_EQ(run({ "write", domain, "Name\x1b]0;", "-string", "a\x1b[31mb\r\tc\x7f" }).status, 0);
+    EXPECT_EQ(
+        run({ "read", domain }).out, "Name\\u001b]0; = \"a\\u001b[31mb\\u000d\\tc\\u007f\"\n");
 }
 
 TEST(DefaultsTool, PathNamesTheDomainsFile)
