@@ -55,6 +55,47 @@ private:
     ApplicationInstance* m_instance;
 };
 
+enum class Forwarding { Delivered, NoOwner, Refused };
+
+Forwarding forward(const QString& identifier, const QStringList& uris)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(identifier,
+        ApplicationInstance::objectPath(identifier), applicationInterface,
+        uris.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
+    if (!uris.isEmpty())
+        call << uris;
+    call << QVariantMap();
+    // A name whose owner has just quit is claimed in the next round rather than started anew by
+    // the bus.
+    call.setAutoStartService(false);
+
+    const QDBusMessage reply
+        = QDBusConnection::sessionBus().call(call, QDBus::Block, forwardTimeoutMilliseconds);
+    if (reply.type() != QDBusMessage::ErrorMessage)
+        return Forwarding::Delivered;
+    // Without activation the bus answers a name with no owner with an error of its own.
+    if (reply.errorName() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner"))
+        return Forwarding::NoOwner;
+    const QDBusError error(reply);
+    switch (error.type()) {
+    case QDBusError::ServiceUnknown:
+        return Forwarding::NoOwner;
+    case QDBusError::NoReply:
+    case QDBusError::Timeout:
+    case QDBusError::TimedOut:
+        // The message is queued at the primary instance; it handles it when it can.
+        NSLog(QStringLiteral("WARNING -- the running instance of %1 did not answer in time")
+                  .arg(identifier));
+        return Forwarding::Delivered;
+    default:
+        // The name's owner does not serve the interface: better handle the arguments here
+        // than lose them.
+        NSLog(QStringLiteral("WARNING -- the owner of %1 refused the launch: %2")
+                  .arg(identifier, error.message()));
+        return Forwarding::Refused;
+    }
+}
+
 }
 
 ApplicationInstance::ApplicationInstance(const QString& applicationIdentifier, QObject* parent)
@@ -105,7 +146,7 @@ ApplicationInstance::Role ApplicationInstance::claim(const QStringList& argument
         }
         if (objectRegistered)
             bus.unregisterObject(path);
-        switch (forward(uris)) {
+        switch (forward(m_identifier, uris)) {
         case Forwarding::Delivered:
             return Role::Forwarded;
         case Forwarding::Refused:
@@ -117,36 +158,12 @@ ApplicationInstance::Role ApplicationInstance::claim(const QStringList& argument
     return Role::Alone;
 }
 
-ApplicationInstance::Forwarding ApplicationInstance::forward(const QStringList& uris)
+bool ApplicationInstance::forwardToRunningInstance(
+    const QString& applicationIdentifier, const QStringList& arguments)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(m_identifier, objectPath(m_identifier),
-        applicationInterface, uris.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
-    if (!uris.isEmpty())
-        call << uris;
-    call << QVariantMap();
-
-    const QDBusMessage reply
-        = QDBusConnection::sessionBus().call(call, QDBus::Block, forwardTimeoutMilliseconds);
-    if (reply.type() != QDBusMessage::ErrorMessage)
-        return Forwarding::Delivered;
-    const QDBusError error(reply);
-    switch (error.type()) {
-    case QDBusError::ServiceUnknown:
-        return Forwarding::NoOwner;
-    case QDBusError::NoReply:
-    case QDBusError::Timeout:
-    case QDBusError::TimedOut:
-        // The message is queued at the primary instance; it handles it when it can.
-        NSLog(QStringLiteral("WARNING -- the running instance of %1 did not answer in time")
-                  .arg(m_identifier));
-        return Forwarding::Delivered;
-    default:
-        // The name's owner does not serve the interface: better handle the arguments here
-        // than lose them.
-        NSLog(QStringLiteral("WARNING -- the owner of %1 refused the launch: %2")
-                  .arg(m_identifier, error.message()));
-        return Forwarding::Refused;
-    }
+    return QDBusConnection::sessionBus().isConnected()
+        && forward(applicationIdentifier, urisFromArguments(arguments, QDir::currentPath()))
+        == Forwarding::Delivered;
 }
 
 QString ApplicationInstance::objectPath(const QString& applicationIdentifier)

@@ -24,6 +24,12 @@ public:
     // not receive its own arguments through the signals: the caller handles them.
     Role claim(const QStringList& arguments);
 
+    // Hands the arguments to the instance that owns the name, if one does; true when it has them.
+    // Needs QtDBus alone, no application object: a later launch calls it before it loads anything
+    // else, and goes on to claim() when it returns false.
+    static bool forwardToRunningInstance(
+        const QString& applicationIdentifier, const QStringList& arguments);
+
     // The D-Bus object path for an identifier: "app.tolvane.Tolvane" gives
     // "/app/tolvane/Tolvane".
     static QString objectPath(const QString& applicationIdentifier);
@@ -41,9 +47,6 @@ signals:
     void openRequested(const QStringList& uris);
 
 private:
-    enum class Forwarding { Delivered, NoOwner, Refused };
-    Forwarding forward(const QStringList& uris);
-
     QString m_identifier;
     bool m_registered = false;
 };
