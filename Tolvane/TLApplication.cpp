@@ -18,6 +18,45 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <QUrl>
+#include <QWindow>
+
+namespace {
+
+// Runs the work from the event loop once the window has been drawn for the first time (its first
+// exposure paints it), or after a second if it never is.
+class AfterFirstDrawing : public QObject {
+public:
+    AfterFirstDrawing(QWindow* window, QObject* owner, std::function<void()> work)
+        : QObject(owner)
+        , m_work(std::move(work))
+    {
+        window->installEventFilter(this);
+        QTimer::singleShot(1000, this, &AfterFirstDrawing::run);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed())
+            QTimer::singleShot(0, this, &AfterFirstDrawing::run);
+        return false;
+    }
+
+private:
+    // The work may run an event loop of its own, in which the other trigger comes: this object is
+    // not touched once the work has begun.
+    void run()
+    {
+        const std::function<void()> work = std::exchange(m_work, {});
+        deleteLater();
+        if (work)
+            work();
+    }
+
+    std::function<void()> m_work;
+};
+
+}
 
 TLApplication::TLApplication(QApplication& application)
     : m_application(application)
@@ -68,11 +107,20 @@ int TLApplication::run()
 
     m_delegate->applicationWillFinishLaunching();
     openArguments(arguments);
-    m_delegate->applicationDidFinishLaunching();
-
-    if (arguments.isEmpty())
-        m_documents->openDocument(nullptr);
-    quitWhenNothingIsShown();
+    // The rest of the launch waits until the window of the arguments is on the screen.
+    const auto finishLaunching = [this, openPanel = arguments.isEmpty()] {
+        m_delegate->applicationDidFinishLaunching();
+        if (openPanel)
+            m_documents->openDocument(nullptr);
+        quitWhenNothingIsShown();
+    };
+    QWindow* window = m_documents->documents().isEmpty()
+        ? nullptr
+        : m_documents->documents().constLast()->window()->windowHandle();
+    if (window && !window->isExposed())
+        new AfterFirstDrawing(window, this, finishLaunching);
+    else
+        QTimer::singleShot(0, this, finishLaunching);
     return m_application.exec();
 }
 
