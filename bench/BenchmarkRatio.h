@@ -33,4 +33,12 @@ inline void report(const char* name, double measured, const char* referenceName,
         referenceName, reference / 1000.0, measured / reference);
 }
 
+// The same for memory, in bytes.
+inline void reportMemory(
+    const char* name, double measured, const char* referenceName, double reference)
+{
+    std::printf("%-40s %10.1f MB   %-30s %10.1f MB   ratio %.2f\n", name, measured / 1048576.0,
+        referenceName, reference / 1048576.0, measured / reference);
+}
+
 }
