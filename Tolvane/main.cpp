@@ -10,15 +10,17 @@
 #include <QFileInfo>
 #include <cstdio>
 #include <dlfcn.h>
+#include <unistd.h>
 
 int main(int argc, char** argv)
 {
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);
+    // The running instance has the message: this process ends at once, tearing nothing down.
     if (ApplicationInstance::forwardToRunningInstance(
             Bundle::mainBundle().bundleIdentifier(), arguments))
-        return 0;
+        _exit(0);
 
     const QString module = QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe")))
                                .absoluteDir()
