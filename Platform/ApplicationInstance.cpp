@@ -107,12 +107,18 @@ ApplicationInstance::ApplicationInstance(const QString& applicationIdentifier, Q
 
 ApplicationInstance::~ApplicationInstance()
 {
+    // Hand the name back at once, so that the next launch becomes the primary instance.
+    release();
+}
+
+void ApplicationInstance::release()
+{
     if (!m_registered)
         return;
-    // Hand the name back at once, so that the next launch becomes the primary instance.
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.unregisterObject(objectPath(m_identifier));
     bus.unregisterService(m_identifier);
+    m_registered = false;
 }
 
 ApplicationInstance::Role ApplicationInstance::claim(const QStringList& arguments)

@@ -23,6 +23,9 @@ public:
     // or URLs; without the program name) to the instance that has it. The primary instance does
     // not receive its own arguments through the signals: the caller handles them.
     Role claim(const QStringList& arguments);
+    // Gives the name up while the process goes on, so that another copy of the application can
+    // take it (an updated copy starting); claim() takes it back.
+    void release();
 
     // Hands the arguments to the instance that owns the name, if one does; true when it has them.
     // Needs QtDBus alone, no application object: a later launch calls it before it loads anything

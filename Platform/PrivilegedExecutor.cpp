@@ -45,9 +45,13 @@ PrivilegedExecutor::Result PrivilegedExecutor::run(
     if (process.exitStatus() != QProcess::NormalExit)
         return result;
     result.exitCode = process.exitCode();
-    if (result.exitCode == 0)
-        result.status = Status::Succeeded;
-    else if (result.exitCode == dismissedStatus)
-        result.status = Status::Canceled;
+    result.status = statusOfExitCode(result.exitCode);
     return result;
+}
+
+PrivilegedExecutor::Status PrivilegedExecutor::statusOfExitCode(int exitCode)
+{
+    if (exitCode == 0)
+        return Status::Succeeded;
+    return exitCode == dismissedStatus ? Status::Canceled : Status::Failed;
 }

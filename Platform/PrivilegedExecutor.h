@@ -33,6 +33,9 @@ public:
 
     // Runs the program (an absolute path) with the arguments as root and waits for it to end.
     Result run(const QString& program, const QStringList& arguments) const;
+    // What a program's exit status means when it was run through the executor: for callers that
+    // run it themselves (executorPath() with the program and its arguments) to talk with it.
+    static Status statusOfExitCode(int exitCode);
 
 private:
     QString m_executorPath;

@@ -18,24 +18,6 @@ namespace {
 // How long changes gather before they are written on their own.
 constexpr int writeDelayMilliseconds = 100;
 
-bool isNumber(const QVariant& value)
-{
-    switch (value.typeId()) {
-    case QMetaType::Bool:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::Long:
-    case QMetaType::ULong:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Float:
-    case QMetaType::Double:
-        return true;
-    default:
-        return false;
-    }
-}
-
 QString standardDomain()
 {
     const QString identifier = Bundle::mainBundle().bundleIdentifier();
@@ -92,6 +74,24 @@ QVariant UserDefaults::objectForKey(const QString& key) const
     if (persistent != m_persistent.constEnd())
         return *persistent;
     return m_registered.value(key);
+}
+
+bool UserDefaults::isNumber(const QVariant& value)
+{
+    switch (value.typeId()) {
+    case QMetaType::Bool:
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Float:
+    case QMetaType::Double:
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool UserDefaults::boolForKey(const QString& key) const

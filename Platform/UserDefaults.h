@@ -35,6 +35,8 @@ public:
     QVariant objectForKey(const QString& key) const;
     // Numbers are converted; text counts as true when it starts with Y, y, T, t or a digit 1-9
     // after blanks, a sign and leading zeros ("YES", "true", "1"). Anything else is false.
+    // Whether the typed getters take a value for a number (booleans are numbers to them).
+    static bool isNumber(const QVariant& value);
     bool boolForKey(const QString& key) const;
     // Numbers are truncated toward zero; text gives its leading integer; anything else 0.
     qint64 integerForKey(const QString& key) const;

@@ -106,10 +106,12 @@ void NSWorkspace::activateFileViewerSelectingURLs(const QList<QUrl>& fileURLs)
         });
 }
 
-bool NSWorkspace::launchApplication(const QString& bundlePath, const QStringList& arguments)
+bool NSWorkspace::launchApplication(
+    const QString& bundlePath, const QStringList& arguments, qint64* processId)
 {
     const QString executable = bundleExecutable(bundlePath);
-    return !executable.isEmpty() && QProcess::startDetached(executable, arguments);
+    return !executable.isEmpty()
+        && QProcess::startDetached(executable, arguments, QString(), processId);
 }
 
 bool NSWorkspace::launchApplicationAfterProcessExits(const QString& bundlePath, qint64 processId)

@@ -20,9 +20,10 @@ public:
     void activateFileViewerSelectingURLs(const QList<QUrl>& fileURLs);
 
     // Starts the executable of the application bundle at the path, detached from this process,
-    // with the arguments. False when the path holds no bundle with an executable or it could not
-    // be started.
-    bool launchApplication(const QString& bundlePath, const QStringList& arguments = {});
+    // with the arguments; its process id in *processId. False when the path holds no bundle with
+    // an executable or it could not be started.
+    bool launchApplication(
+        const QString& bundlePath, const QStringList& arguments = {}, qint64* processId = nullptr);
     // The same, but the application starts only once the process with the given id has ended,
     // so that it can take over what that process holds (its bus name, its place on disk).
     bool launchApplicationAfterProcessExits(const QString& bundlePath, qint64 processId);

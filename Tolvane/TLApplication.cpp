@@ -16,11 +16,25 @@
 #include <QApplication>
 #include <QDir>
 #include <QMainWindow>
+#include <QSocketNotifier>
 #include <QTimer>
 #include <QUrl>
 #include <QWindow>
+#include <csignal>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace {
+
+// SIGTERM (the session ending) is turned into an ordinary quit through this pair of sockets: the
+// handler only writes a byte, the event loop does the rest.
+int terminationSockets[2] = { -1, -1 };
+
+void noteTermination(int)
+{
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = ::write(terminationSockets[1], &byte, 1);
+}
 
 // Runs the work from the event loop once the window has been drawn for the first time (its first
 // exposure paints it), or after a second if it never is.
@@ -66,6 +80,9 @@ TLApplication::TLApplication(QApplication& application)
     , m_menu(std::make_unique<TLMainMenu>(*m_delegate, *m_documents))
     , m_updaterWindows(std::make_unique<SUStandardUserDriver>())
 {
+    // As the main interface file would: the delegate answers every feed request, also those of
+    // the schedule, not only the checks the user starts.
+    SUUpdater::sharedUpdater()->setDelegate(m_delegate.get());
     SUUpdater::sharedUpdater()->setUserDriver(m_updaterWindows.get());
     // The title is the alert's message, the panel's message its informative text.
     NSSetAlertPanelRunner(
@@ -85,18 +102,27 @@ TLApplication::TLApplication(QApplication& application)
     connect(
         m_delegate.get(), &TLAppDelegate::activateRequested, this, &TLApplication::bringForward);
     connect(m_instance.get(), &ApplicationInstance::activateRequested, this, [this] {
-        bringForward();
-        if (m_documents->documents().isEmpty())
-            m_documents->openDocument(nullptr);
+        whenLaunched([this] {
+            bringForward();
+            if (m_documents->documents().isEmpty())
+                m_documents->openDocument(nullptr);
+        });
     });
-    connect(
-        m_instance.get(), &ApplicationInstance::openRequested, this, &TLApplication::openArguments);
+    connect(m_instance.get(), &ApplicationInstance::openRequested, this,
+        [this](const QStringList& uris) { whenLaunched([this, uris] { openArguments(uris); }); });
+    SUUpdater* updater = SUUpdater::sharedUpdater();
+    connect(updater, &SUUpdater::willRelaunchApplication, m_instance.get(),
+        &ApplicationInstance::release);
+    connect(updater, &SUUpdater::relaunchFailed, this, [this] { m_instance->claim({}); });
 }
 
 TLApplication::~TLApplication()
 {
     NSSetAlertPanelRunner({});
-    SUUpdater::sharedUpdater()->setUserDriver(nullptr);
+    SUUpdater* updater = SUUpdater::sharedUpdater();
+    updater->setUserDriver(nullptr);
+    if (updater->delegate() == m_delegate.get())
+        updater->setDelegate(nullptr);
 }
 
 int TLApplication::run()
@@ -108,8 +134,9 @@ int TLApplication::run()
     m_delegate->applicationWillFinishLaunching();
     openArguments(arguments);
     // The rest of the launch waits until the window of the arguments is on the screen.
-    const auto finishLaunching = [this, openPanel = arguments.isEmpty()] {
+    const auto rest = [this, openPanel = arguments.isEmpty()] {
         m_delegate->applicationDidFinishLaunching();
+        finishLaunching();
         if (openPanel)
             m_documents->openDocument(nullptr);
         quitWhenNothingIsShown();
@@ -118,10 +145,47 @@ int TLApplication::run()
         ? nullptr
         : m_documents->documents().constLast()->window()->windowHandle();
     if (window && !window->isExposed())
-        new AfterFirstDrawing(window, this, finishLaunching);
+        new AfterFirstDrawing(window, this, rest);
     else
-        QTimer::singleShot(0, this, finishLaunching);
-    return m_application.exec();
+        QTimer::singleShot(0, this, rest);
+    quitOnTermination();
+    const int status = m_application.exec();
+    SUUpdater::sharedUpdater()->applicationWillTerminate();
+    return status;
+}
+
+void TLApplication::whenLaunched(const std::function<void()>& work)
+{
+    if (m_launched)
+        work();
+    else
+        m_untilLaunched.append(work);
+}
+
+void TLApplication::finishLaunching()
+{
+    m_launched = true;
+    SUUpdater::sharedUpdater()->startUpdater();
+    for (const auto& work : std::exchange(m_untilLaunched, {}))
+        work();
+}
+
+void TLApplication::quitOnTermination()
+{
+    if (terminationSockets[0] >= 0
+        || ::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, terminationSockets) != 0)
+        return;
+    auto* notifier = new QSocketNotifier(terminationSockets[0], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this] {
+        char byte;
+        [[maybe_unused]] const ssize_t read = ::read(terminationSockets[0], &byte, 1);
+        m_application.quit();
+    });
+    struct sigaction action = {};
+    action.sa_handler = noteTermination;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_RESTART;
+    sigaction(SIGTERM, &action, nullptr);
 }
 
 void TLApplication::openArguments(const QStringList& arguments)

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QList>
 #include <QObject>
 #include <QStringList>
+#include <functional>
 #include <memory>
 
 class ApplicationInstance;
@@ -13,7 +15,10 @@ class TLDocumentController;
 class TLMainMenu;
 
 // The application object: one instance per session, the delegate's launch sequence, the files
-// and URLs given on the command line or by later launches, and the event loop.
+// and URLs given on the command line or by later launches, and the event loop. What later launches
+// hand over waits until launching has finished: an instance that never finishes (an unsupported
+// system) handles none of it. The updater's schedule starts then too, and an update it prepared
+// is installed when the event loop ends (Quit, the last window closed, or SIGTERM).
 class TLApplication : public QObject {
     Q_OBJECT
 public:
@@ -32,8 +37,11 @@ public:
     TLMainMenu& mainMenu() const { return *m_menu; }
 
 private:
+    void whenLaunched(const std::function<void()>& work);
+    void finishLaunching();
     void bringForward();
     void quitWhenNothingIsShown();
+    void quitOnTermination();
 
     QApplication& m_application;
     std::unique_ptr<ApplicationInstance> m_instance;
@@ -41,6 +49,8 @@ private:
     std::unique_ptr<TLDocumentController> m_documents;
     std::unique_ptr<TLMainMenu> m_menu;
     std::unique_ptr<SUUserDriver> m_updaterWindows;
+    bool m_launched = false;
+    QList<std::function<void()>> m_untilLaunched;
 };
 
 // Makes the application object and runs it; what main() hands over to.

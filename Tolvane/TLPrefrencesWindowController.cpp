@@ -6,6 +6,7 @@
 #include "NSCalendarDate-RelativeAdditions.h"
 #include "SUUpdater.h"
 #include "UserDefaults.h"
+#include "VTPreviewSettings.h"
 #include "VistrelUtilities.h"
 #include "ui_TLPrefrencesWindowController.h"
 
@@ -24,6 +25,12 @@ constexpr int resizeAnimationMilliseconds = 150;
 
 UserDefaults& defaults() { return UserDefaults::standardUserDefaults(); }
 
+// The settings as the generator reads them, so that the window shows what the previews do.
+VTPreviewSettings shownSettings()
+{
+    return VTPreviewSettings::read([](const QString& key) { return defaults().objectForKey(key); });
+}
+
 // The background choices in the order of their tags.
 const QStringList& backgroundColorNames()
 {
@@ -31,10 +38,6 @@ const QStringList& backgroundColorNames()
         imageBackgroundColorNameGray, imageBackgroundColorNameBlack };
     return names;
 }
-
-// A stored choice as an index of the pop-up; out of range shows no choice, so that a value this
-// window does not know is kept until the user picks another.
-int choiceIndex(qint64 value, int count) { return value >= 0 && value < count ? int(value) : -1; }
 
 }
 
@@ -127,40 +130,54 @@ void TLPrefrencesWindowController::setUpPanes()
 
 void TLPrefrencesWindowController::bindSettings()
 {
-    bindChoice(m_ui->previewModeComboBox, TLPreviewMode);
-    bindChoice(m_ui->inDesignSpreadModeComboBox, TLPrefInDesignSpreadMode);
-    bindChoice(m_ui->illustratorSpreadModeComboBox, TLPrefIllustratorSpreadMode);
-    bindChoice(m_ui->colorSwatchModeComboBox, illustratorColorSwatchModeInPreview);
+    bindChoice(m_ui->previewModeComboBox, TLPreviewMode,
+        [](const VTPreviewSettings& s) { return int(s.previewMode); });
+    bindChoice(m_ui->inDesignSpreadModeComboBox, TLPrefInDesignSpreadMode,
+        [](const VTPreviewSettings& s) { return int(s.inDesignSpreadMode); });
+    bindChoice(m_ui->illustratorSpreadModeComboBox, TLPrefIllustratorSpreadMode,
+        [](const VTPreviewSettings& s) { return int(s.illustratorSpreadMode); });
+    bindChoice(m_ui->colorSwatchModeComboBox, illustratorColorSwatchModeInPreview,
+        [](const VTPreviewSettings& s) { return int(s.swatchMode); });
     bindBackgroundColor(m_ui->backgroundColorComboBox);
-    bindSpinBox(m_ui->maximumPagesSpinBox, maximumNumberOfPagesPreviewed);
-    bindMegabytes(
-        m_ui->thumbnailThresholdSpinBox, preferEmbeddedPreviewForThumbnailFileSizeThreshold);
-    bindMegabytes(m_ui->previewThresholdSpinBox, preferEmbeddedPreviewForPreviewFileSizeThreshold);
-    bindSpinBox(m_ui->updateFrequencySpinBox, updateFrequency);
+    bindSpinBox(m_ui->maximumPagesSpinBox, maximumNumberOfPagesPreviewed,
+        [](const VTPreviewSettings& s) { return int(s.maximumPages); });
+    bindMegabytes(m_ui->thumbnailThresholdSpinBox,
+        preferEmbeddedPreviewForThumbnailFileSizeThreshold,
+        [](const VTPreviewSettings& s) { return s.thumbnailEmbeddedThresholdMB; });
+    bindMegabytes(m_ui->previewThresholdSpinBox, preferEmbeddedPreviewForPreviewFileSizeThreshold,
+        [](const VTPreviewSettings& s) { return s.previewEmbeddedThresholdMB; });
+    bindSpinBox(m_ui->updateFrequencySpinBox, updateFrequency,
+        [](const VTPreviewSettings& s) { return int(s.updateFrequency); });
     const auto showDayOrDays = [box = m_ui->updateFrequencySpinBox](int days) {
         box->setSuffix(days == 1 ? NSLocalizedString(QStringLiteral(" day"))
                                  : NSLocalizedString(QStringLiteral(" days")));
     };
     connect(m_ui->updateFrequencySpinBox, &QSpinBox::valueChanged, this, showDayOrDays);
     showDayOrDays(m_ui->updateFrequencySpinBox->value());
-    bindCheckBox(m_ui->showFontsCheckBox, showFontsInPreview);
-    bindCheckBox(m_ui->showWYSIWYGFontsCheckBox, showWYSIWYGFontsInPreview);
-    bindCheckBox(m_ui->showImageLinksCheckBox, showImageLinksInPreview);
-    bindCheckBox(m_ui->showColorSwatchesCheckBox, showColorSwatchesInPreview);
-    bindCheckBox(m_ui->useLoupeCheckBox, VTPUseLoupe);
-    bindCheckBox(m_ui->warnAboutDoubleClicksCheckBox, warnAboutDoubleClicksInPreview);
+    bindCheckBox(m_ui->showFontsCheckBox, showFontsInPreview, &VTPreviewSettings::showFonts);
+    bindCheckBox(m_ui->showWYSIWYGFontsCheckBox, showWYSIWYGFontsInPreview,
+        &VTPreviewSettings::showWysiwygFonts);
+    bindCheckBox(
+        m_ui->showImageLinksCheckBox, showImageLinksInPreview, &VTPreviewSettings::showImageLinks);
+    bindCheckBox(m_ui->showColorSwatchesCheckBox, showColorSwatchesInPreview,
+        &VTPreviewSettings::showColorSwatches);
+    bindCheckBox(m_ui->useLoupeCheckBox, VTPUseLoupe, &VTPreviewSettings::useLoupe);
+    bindCheckBox(m_ui->warnAboutDoubleClicksCheckBox, warnAboutDoubleClicksInPreview,
+        &VTPreviewSettings::warnAboutDoubleClicks);
     m_showSetting.insert(lastUpdateCheck, [this] { showLastUpdateCheck(); });
     showLastUpdateCheck();
 }
 
-// Each binding shows the stored value with the control's signals blocked, so that showing a
-// value never writes it back; only a change made in the control is written.
+// Each binding shows the stored value as the generator reads it (VTPreviewSettings), with the
+// control's signals blocked, so that showing a value never writes it back; only a change made in
+// the control is written.
 
-void TLPrefrencesWindowController::bindCheckBox(QCheckBox* box, const QString& key)
+void TLPrefrencesWindowController::bindCheckBox(
+    QCheckBox* box, const QString& key, bool VTPreviewSettings::*setting)
 {
-    const auto show = [box, key] {
+    const auto show = [box, setting] {
         const QSignalBlocker blocker(box);
-        box->setChecked(defaults().boolForKey(key));
+        box->setChecked(shownSettings().*setting);
     };
     connect(box, &QCheckBox::toggled, this, [key](bool on) { defaults().setBool(on, key); });
     m_showSetting.insert(key, show);
@@ -168,11 +185,12 @@ void TLPrefrencesWindowController::bindCheckBox(QCheckBox* box, const QString& k
 }
 
 // The choices of a pop-up are the values 0, 1, ... in the order of its items.
-void TLPrefrencesWindowController::bindChoice(QComboBox* box, const QString& key)
+void TLPrefrencesWindowController::bindChoice(
+    QComboBox* box, const QString& key, const std::function<int(const VTPreviewSettings&)>& setting)
 {
-    const auto show = [box, key] {
+    const auto show = [box, setting] {
         const QSignalBlocker blocker(box);
-        box->setCurrentIndex(choiceIndex(defaults().integerForKey(key), box->count()));
+        box->setCurrentIndex(setting(shownSettings()));
     };
     connect(box, &QComboBox::currentIndexChanged, this, [key](int index) {
         if (index >= 0)
@@ -182,11 +200,12 @@ void TLPrefrencesWindowController::bindChoice(QComboBox* box, const QString& key
     show();
 }
 
-void TLPrefrencesWindowController::bindSpinBox(QSpinBox* box, const QString& key)
+void TLPrefrencesWindowController::bindSpinBox(
+    QSpinBox* box, const QString& key, const std::function<int(const VTPreviewSettings&)>& setting)
 {
-    const auto show = [box, key] {
+    const auto show = [box, setting] {
         const QSignalBlocker blocker(box);
-        box->setValue(int(std::clamp<qint64>(defaults().integerForKey(key), INT_MIN, INT_MAX)));
+        box->setValue(setting(shownSettings()));
     };
     connect(box, &QSpinBox::valueChanged, this,
         [key](int value) { defaults().setInteger(value, key); });
@@ -195,11 +214,12 @@ void TLPrefrencesWindowController::bindSpinBox(QSpinBox* box, const QString& key
 }
 
 // The size thresholds are megabytes, stored as 32-bit reals.
-void TLPrefrencesWindowController::bindMegabytes(QDoubleSpinBox* box, const QString& key)
+void TLPrefrencesWindowController::bindMegabytes(QDoubleSpinBox* box, const QString& key,
+    const std::function<double(const VTPreviewSettings&)>& setting)
 {
-    const auto show = [box, key] {
+    const auto show = [box, setting] {
         const QSignalBlocker blocker(box);
-        box->setValue(defaults().doubleForKey(key));
+        box->setValue(setting(shownSettings()));
     };
     connect(box, &QDoubleSpinBox::valueChanged, this,
         [key](double value) { defaults().setFloat(float(value), key); });
@@ -207,17 +227,13 @@ void TLPrefrencesWindowController::bindMegabytes(QDoubleSpinBox* box, const QStr
     show();
 }
 
-// The background is stored twice, as a name and as a tag, and both are written together. The tag
-// decides what is shown; a tag this window does not know falls back to the name.
+// The background is stored twice, as a name and as a tag, and both are written together; the
+// reading of the pair is VTPreviewSettings'.
 void TLPrefrencesWindowController::bindBackgroundColor(QComboBox* box)
 {
     const auto show = [box] {
         const QSignalBlocker blocker(box);
-        int index = choiceIndex(defaults().integerForKey(imageBackgroundColorTag), box->count());
-        if (index < 0 || !defaults().objectForKey(imageBackgroundColorTag).isValid())
-            index = int(
-                backgroundColorNames().indexOf(defaults().stringForKey(imageBackgroundColorName)));
-        box->setCurrentIndex(index);
+        box->setCurrentIndex(int(shownSettings().background));
     };
     connect(box, &QComboBox::currentIndexChanged, this, [](int index) {
         if (index < 0 || index >= backgroundColorNames().size())
@@ -234,7 +250,7 @@ void TLPrefrencesWindowController::bindBackgroundColor(QComboBox* box)
 // Seconds since 1970; 0 means no check was made yet.
 void TLPrefrencesWindowController::showLastUpdateCheck()
 {
-    const double seconds = defaults().doubleForKey(lastUpdateCheck);
+    const double seconds = shownSettings().lastUpdateCheck;
     m_ui->lastUpdateCheckLabel->setText(seconds > 0 ? RelativeAdditions::relativeFinderDescription(
                                             QDateTime::fromMSecsSinceEpoch(qint64(seconds * 1000)))
                                                     : NSLocalizedString(QStringLiteral("Never")));

@@ -17,6 +17,7 @@ class QMainWindow;
 class QRadioButton;
 class QSpinBox;
 class QWidget;
+struct VTPreviewSettings;
 
 namespace Ui {
 class TLPrefrencesWindowController;
@@ -84,10 +85,13 @@ private:
     void setUpToolbar();
     void setUpPanes();
     void bindSettings();
-    void bindCheckBox(QCheckBox* box, const QString& key);
-    void bindChoice(QComboBox* box, const QString& key);
-    void bindSpinBox(QSpinBox* box, const QString& key);
-    void bindMegabytes(QDoubleSpinBox* box, const QString& key);
+    void bindCheckBox(QCheckBox* box, const QString& key, bool VTPreviewSettings::*setting);
+    void bindChoice(QComboBox* box, const QString& key,
+        const std::function<int(const VTPreviewSettings&)>& setting);
+    void bindSpinBox(QSpinBox* box, const QString& key,
+        const std::function<int(const VTPreviewSettings&)>& setting);
+    void bindMegabytes(QDoubleSpinBox* box, const QString& key,
+        const std::function<double(const VTPreviewSettings&)>& setting);
     void bindBackgroundColor(QComboBox* box);
     void showLastUpdateCheck();
     void settingChanged(const QString& key);

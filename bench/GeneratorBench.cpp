@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The preview generator, run as the application runs it: a multi-page Illustrator preview against
-// pdftoppm drawing the same pages at the same resolution, the time to the first page of a
-// 100-page document, and a thumbnail of each kind.
+// pdftoppm drawing the same pages at the same resolution, large EPS files against Ghostscript
+// drawing the same file at the same resolution, the time to the first page of a 100-page
+// document, and a thumbnail of each kind.
 #include "BenchmarkRatio.h"
 #include "PropertyList.h"
 #include "VistrelUtilities.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <cmath>
 #include <cstdio>
 
 namespace {
@@ -85,6 +88,59 @@ void timeToFirstPage(const QString& work)
         std::printf("a run failed\n");
 }
 
+// An EPS of about the given size as print jobs are: a page-sized photograph in hexadecimal.
+QString writeLargeEps(const QString& work, qint64 megabytes)
+{
+    const int side = int(std::sqrt(double(megabytes) * 1e6 / 6));
+    const QString path = work + QStringLiteral("/large-%1mb.eps").arg(megabytes);
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return {};
+    file.write(QStringLiteral("%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 612 792\n"
+                              "%%Creator: Tolvane benchmark\n%%EndComments\n"
+                              "gsave 612 792 scale /line %1 string def\n"
+                              "%1 %1 8 [%1 0 0 -%1 0 %1] "
+                              "{ currentfile line readhexstring pop } false 3 colorimage\n")
+                   .arg(side)
+                   .toLatin1());
+    QByteArray row;
+    for (int x = 0; x < side; ++x)
+        row += QByteArray::number((x * 7) % 256 | 0x100, 16).right(2)
+            + QByteArray::number((x * 3) % 256 | 0x100, 16).right(2) + "80";
+    row += '\n';
+    for (int y = 0; y < side; ++y)
+        file.write(row);
+    file.write("grestore\nshowpage\n%%EOF\n");
+    return path;
+}
+
+void largeEpsAgainstGhostscript(const QString& work)
+{
+    usePreferences({});
+    const QString gs = QStandardPaths::findExecutable(QStringLiteral("gs"));
+    if (gs.isEmpty()) {
+        std::printf("gs not found (ghostscript): no reference for the EPS ratios\n");
+        return;
+    }
+    for (const qint64 megabytes : { 10, 100 }) {
+        const QString file = writeLargeEps(work, megabytes);
+        bool ok = true;
+        const double preview
+            = timeRun(Generator, { "preview", file, "--out", work + "/eps" }, 3, &ok);
+        // The generator draws the page of 612 × 792 pt at 144 dpi, smoothed as here.
+        const double reference = timeRun(gs,
+            { "-dSAFER", "-dBATCH", "-dNOPAUSE", "-dQUIET", "-sDEVICE=pngalpha", "-r144",
+                "-dTextAlphaBits=4", "-dGraphicsAlphaBits=4", "-dEPSCrop",
+                "-sOutputFile=" + work + "/gs.png", file },
+            3, &ok);
+        if (!ok)
+            std::printf("a run failed; the times below are not comparable\n");
+        const QByteArray name = QStringLiteral("preview, %1 MB EPS").arg(megabytes).toLatin1();
+        BenchmarkRatio::report(name.constData(), preview, "gs, pngalpha at 144 dpi", reference);
+        QFile::remove(file);
+    }
+}
+
 void thumbnails(const QString& work)
 {
     usePreferences({});
@@ -116,6 +172,7 @@ int main(int argc, char** argv)
     QDir().mkpath(work + "/pdftoppm");
 
     previewAgainstPdftoppm(work);
+    largeEpsAgainstGhostscript(work);
     timeToFirstPage(work);
     thumbnails(work);
     return 0;

@@ -72,6 +72,40 @@ for file in generator/illustrator-like-5-pages.ai formats/samples/illustrator88.
     "$shot" "$out/preview-${name%.*}-${name##*.}.png"
 done
 
+# Files from other languages and tools: a document saved without PDF content whose notice is in
+# German (as the generator's tests make it from the real one), German and Japanese swatch names
+# (shown as a grid of small pages, so that the swatch panel is in view), a FreeHand 1 drawing.
+work="$home/documents"
+mkdir -p "$work"
+python3 - "$data/generator/illustrator-without-pdf-content.ai" "$work/ohne-pdf-inhalt.ai" <<'PY'
+import sys
+data = open(sys.argv[1], "rb").read()
+begin = data.index(b"BT", data.index(b"/Subtype/Form"))
+end = data.rindex(b"ET", 0, data.index(b"endstream", begin)) + 2
+notice = (b"BT\n/T1_0 1 Tf\n12 0 0 -12 -103 -61 Tm\n(Dies ist eine Adobe Illustrator-Datei, "
+          b"die ohne PDF-Inhalt gespeichert wurde.) Tj\nET")
+open(sys.argv[2], "wb").write(data[:begin] + notice.ljust(end - begin) + data[end:])
+PY
+defaults="$build/Tolvane.app/Contents/Linux/tolvane-defaults"
+"$defaults" write app.tolvane.Tolvane "Preview Mode" -int 2
+for file in "$work/ohne-pdf-inhalt.ai" "$data/generator/illustrator-like-names.ai" \
+    "$data/kinds/freehand1.fh"; do
+    name=$(basename "$file")
+    # The names' swatch panel comes first, the fonts and links panels hidden.
+    shown=$([ "$name" = illustrator-like-names.ai ] && echo false || echo true)
+    "$defaults" write app.tolvane.Tolvane "Show Fonts In Preview" -bool "$shown"
+    "$defaults" write app.tolvane.Tolvane "Show Image Links In Preview" -bool "$shown"
+    "$app" "$file"
+    window_of "$name" >/dev/null
+    sleep 3
+    "$shot" "$out/preview-${name%.*}-${name##*.}.png"
+done
+
+# A thumbnail as a file manager shows it on a dark background.
+generator="$build/Tolvane.app/Contents/Library/QuickLook/Vistrel Pro.qlgenerator/Contents/Linux/vistrel-pro"
+"$generator" thumbnail "$data/generator/illustrator-like-5-pages.ai" --size 256 \
+    --out "$out/thumbnail-illustrator-like-5-pages.png"
+
 # The welcome panel: the end-to-end tests point a copy of the bundle at a server of their own and
 # take the pictures. Their copy must not hand its launch over to the instance above.
 kill $pid

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DscComments.h"
 
+#include "ByteSearch.h"
 #include "DscValues.h"
 
 #include <QSet>
@@ -15,6 +16,10 @@ namespace {
         explicit LineCursor(QByteArrayView bytes)
             : m_bytes(bytes)
         {
+            qsizetype end = 0;
+            while (end < bytes.size() && bytes[end] != '\r' && bytes[end] != '\n')
+                ++end;
+            m_crOnly = end + 1 < bytes.size() && bytes[end] == '\r' && bytes[end + 1] != '\n';
         }
         bool next(QByteArrayView& line)
         {
@@ -34,10 +39,37 @@ namespace {
         {
             m_position += qsizetype(std::clamp<qint64>(count, 0, m_bytes.size() - m_position));
         }
+        // Moves to the start of the next line that opens with "%%", past the lines between: the
+        // body of a print file is mostly image data, which only comments can matter in. Each
+        // line end is searched for once, so the walk stays linear.
+        // The line ends are those of the first line: a file written with CR alone has no LF.
+        void skipToNextComment()
+        {
+            if (m_position >= m_bytes.size() || m_bytes.sliced(m_position).startsWith("%%"))
+                return;
+            const qsizetype next = m_crOnly ? m_afterCr.from(m_bytes, "\r%%", m_position)
+                                            : m_afterLf.from(m_bytes, "\n%%", m_position);
+            m_position = next < 0 ? m_bytes.size() : next + 1;
+        }
 
     private:
+        // The last hit of a marker, kept while it lies ahead of the positions asked about.
+        struct Marker {
+            qsizetype hit = -2;
+            qsizetype from(QByteArrayView bytes, QByteArrayView marker, qsizetype position)
+            {
+                if (hit == -1 || hit >= position)
+                    return hit;
+                hit = findBytes(bytes, marker, position);
+                return hit;
+            }
+        };
+
         QByteArrayView m_bytes;
         qsizetype m_position = 0;
+        bool m_crOnly = false;
+        Marker m_afterLf;
+        Marker m_afterCr;
     };
 
     struct Comment {
@@ -101,7 +133,7 @@ namespace {
     private:
         void outerComment(const Comment& comment);
         void listValue(QByteArrayView keyword, QByteArrayView value);
-        void resources(QStringList& fonts, QByteArrayView value);
+        void resources(QStringList& fonts, QStringList& procSets, QByteArrayView value);
         void customColors(DscCustomColor::Model model, int count, QByteArrayView value);
         void addColor(DscCustomColor color);
         void preview(LineCursor& cursor, QByteArrayView value);
@@ -129,7 +161,11 @@ namespace {
     void Reader::read(LineCursor& cursor)
     {
         QByteArrayView line;
-        while (cursor.next(line)) {
+        while (true) {
+            if (m_section == Section::Body && m_depth == 0)
+                cursor.skipToNextComment();
+            if (!cursor.next(line))
+                break;
             const std::optional<Comment> comment = parseComment(line);
             if (!comment) {
                 if (m_section == Section::Header && m_depth == 0 && !line.startsWith('%'))
@@ -147,6 +183,7 @@ namespace {
             } else if (m_depth > 0) {
                 continue; // the comments of an embedded document are its own
             } else if (keyword == "EOF") {
+                m_document.reachesEndOfFile = true;
                 return; // what follows belongs to no page of this document
             } else if (keyword == "EndComments") {
                 m_section = Section::Body;
@@ -204,9 +241,9 @@ namespace {
             for (const QString& font : DscValues::tokens(value))
                 appendUnique(m_document.suppliedFonts, font);
         } else if (keyword == "DocumentNeededResources") {
-            resources(m_document.neededFonts, value);
+            resources(m_document.neededFonts, m_document.neededProcSets, value);
         } else if (keyword == "DocumentSuppliedResources") {
-            resources(m_document.suppliedFonts, value);
+            resources(m_document.suppliedFonts, m_document.suppliedProcSets, value);
         } else if (keyword == "CMYKCustomColor") {
             customColors(DscCustomColor::Model::Cmyk, 4, value);
         } else if (keyword == "RGBCustomColor") {
@@ -218,15 +255,26 @@ namespace {
     }
 
     // "font Times-Roman Helvetica procset Adobe_X 1.0 0": the type word applies to the names
-    // after it, up to the next type word.
-    void Reader::resources(QStringList& fonts, QByteArrayView value)
+    // after it, up to the next type word; a procedure set's name is followed by its version and
+    // revision.
+    void Reader::resources(QStringList& fonts, QStringList& procSets, QByteArrayView value)
     {
         QString type;
+        int procSetField = 0;
         for (const QString& token : DscValues::tokens(value)) {
-            if (isResourceType(token))
+            if (isResourceType(token)) {
                 type = token;
-            else if (type == u"font")
+                procSetField = 0;
+            } else if (type == u"font") {
                 appendUnique(fonts, token);
+            } else if (type == u"procset") {
+                if (procSetField > 0 && procSetField < 3 && DscValues::number(token)) {
+                    ++procSetField;
+                } else {
+                    appendUnique(procSets, token);
+                    procSetField = 1;
+                }
+            }
         }
     }
 
@@ -315,6 +363,16 @@ QStringList DscDocument::fonts() const
             appendUnique(all, font);
     }
     return all;
+}
+
+QStringList DscDocument::missingProcSets() const
+{
+    QStringList missing;
+    for (const QString& procSet : neededProcSets) {
+        if (!suppliedProcSets.contains(procSet))
+            missing.append(procSet);
+    }
+    return missing;
 }
 
 ParseResult<DscDocument> parseDscComments(QByteArrayView bytes)

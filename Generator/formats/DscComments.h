@@ -53,14 +53,23 @@ struct DscDocument {
     QStringList neededFonts; // %%DocumentNeededFonts and the fonts of %%DocumentNeededResources
     QStringList
         suppliedFonts; // %%DocumentSuppliedFonts and the fonts of %%DocumentSuppliedResources
+    // The procedure sets of %%DocumentNeededResources and %%DocumentSuppliedResources, each a
+    // name (the version and revision that follow it are left out).
+    QStringList neededProcSets;
+    QStringList suppliedProcSets;
     std::vector<DscCustomColor> customColors;
     std::optional<DscPreview> preview;
     int nestedDocuments = 0; // %%BeginDocument sections directly inside this one
+    // The document's own %%EOF was found (Illustrator may put private data after it); a file cut
+    // short lacks it.
+    bool reachesEndOfFile = false;
 
     // The box to draw: the high-resolution one, else the integer one, when not empty.
     std::optional<DscBoundingBox> usableBoundingBox() const;
     // Every font the comments name, each once, in the order first named.
     QStringList fonts() const;
+    // The procedure sets the document needs but does not carry.
+    QStringList missingProcSets() const;
 };
 
 // Reads the document structuring comments of PostScript or EPS, with or without the DOS binary

@@ -2,7 +2,7 @@
 #include "FileKindSniffer.h"
 
 #include "EpsBinaryHeader.h"
-#include "InDesignContainer.h"
+#include "InDesignHeader.h"
 
 #include <QFileInfo>
 
@@ -48,14 +48,14 @@ namespace {
         return false;
     }
 
+    // Any PostScript is drawn as an EPS: print drivers write EPS whose first line names no EPSF
+    // version, and Ghostscript says soon enough what it cannot draw.
     FileKind postScriptKind(QByteArrayView postScript, const QString& fileName)
     {
-        if (createdByIllustrator(postScript) && namedIllustrator(fileName))
+        if (createdByIllustrator(postScript)
+            && (namedIllustrator(fileName) || !firstLine(postScript).contains(" EPSF-")))
             return FileKind::IllustratorPostScript;
-        if (firstLine(postScript).contains(" EPSF-"))
-            return FileKind::Eps;
-        return createdByIllustrator(postScript) ? FileKind::IllustratorPostScript
-                                                : FileKind::Unknown;
+        return FileKind::Eps;
     }
 
     bool isInterchange(QByteArrayView head)
@@ -87,9 +87,12 @@ namespace {
 
     bool isFreeHand(QByteArrayView head)
     {
-        // FreeHand 3 files start with "FHD3"; later versions carry an "AGD" chunk signature
+        // FreeHand 1 files start with "acf3" (the type the original platform filed them under),
+        // FreeHand 2 and 3 with "FHD2" and "FHD3"; later versions carry an "AGD" chunk signature
         // followed by its version digit near the start, behind a header of their own, and
         // FreeHand MX starts with "FH" and a version.
+        if (head.startsWith("acf3"))
+            return true;
         if (head.size() >= 3 && head.startsWith("FH")
             && (head[2] == 'D' || (head[2] >= '0' && head[2] <= '9')))
             return true;
@@ -139,7 +142,7 @@ FileKind sniffFileKind(QByteArrayView head, const QString& fileName)
         return pdfKind(head, fileName);
     if (hasEpsBinarySignature(head))
         return FileKind::Eps;
-    if (head.startsWith("%!PS-Adobe") || head.startsWith("\x04%!PS-Adobe"))
+    if (head.startsWith("%!") || head.startsWith("\x04%!"))
         return postScriptKind(head, fileName);
     if (isInterchange(head))
         return FileKind::InDesignInterchange;

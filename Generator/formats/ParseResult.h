@@ -7,15 +7,12 @@
 
 namespace Formats {
 
-// Why a parser gave up. The generator maps each to its own exit status.
+// Why a parser gave up. The generator maps each to its own exit status (VTGeneratorContract).
 enum class FormatError {
     NotThisKind, // the bytes are not a file of the kind the parser reads
     DamagedFile, // the right kind, but truncated or inconsistent
     UnsupportedVariant, // the right kind, in a version or variant we do not read
 };
-
-// The words the generator prints for an error, before the one-line reason.
-QString formatErrorText(FormatError error);
 
 struct ParseFailure {
     FormatError error;

@@ -1,194 +1,220 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "XmpMetadata.h"
 
-#include "XmlTree.h"
-#include "XmpPacketScanner.h"
-
+#include <QFile>
 #include <cmath>
+#include <exempi/xmp.h>
+#include <memory>
 
 namespace Formats {
 
 namespace {
 
     namespace Ns {
-        constexpr QStringView Meta = u"adobe:ns:meta/";
-        constexpr QStringView Rdf = u"http://www.w3.org/1999/02/22-rdf-syntax-ns#";
-        constexpr QStringView Xmp = u"http://ns.adobe.com/xap/1.0/";
-        constexpr QStringView XmpGImg = u"http://ns.adobe.com/xap/1.0/g/img/";
-        constexpr QStringView XmpMM = u"http://ns.adobe.com/xap/1.0/mm/";
-        constexpr QStringView XmpTPg = u"http://ns.adobe.com/xap/1.0/t/pg/";
-        constexpr QStringView XmpG = u"http://ns.adobe.com/xap/1.0/g/";
-        constexpr QStringView StFnt = u"http://ns.adobe.com/xap/1.0/sType/Font#";
-        constexpr QStringView StRef = u"http://ns.adobe.com/xap/1.0/sType/ResourceRef#";
-        constexpr QStringView StMfs = u"http://ns.adobe.com/xap/1.0/sType/ManifestItem#";
+        constexpr const char* Xmp = "http://ns.adobe.com/xap/1.0/";
+        constexpr const char* XmpGImg = "http://ns.adobe.com/xap/1.0/g/img/";
+        constexpr const char* XmpMM = "http://ns.adobe.com/xap/1.0/mm/";
+        constexpr const char* XmpTPg = "http://ns.adobe.com/xap/1.0/t/pg/";
+        constexpr const char* XmpG = "http://ns.adobe.com/xap/1.0/g/";
+        constexpr const char* StFnt = "http://ns.adobe.com/xap/1.0/sType/Font#";
+        constexpr const char* StRef = "http://ns.adobe.com/xap/1.0/sType/ResourceRef#";
+        constexpr const char* StMfs = "http://ns.adobe.com/xap/1.0/sType/ManifestItem#";
     }
 
-    constexpr QStringView ComponentNames[] = { u"cyan", u"magenta", u"yellow", u"black", u"red",
-        u"green", u"blue", u"L", u"A", u"B", u"tint", u"gray" };
+    constexpr const char* ComponentNames[] = { "cyan", "magenta", "yellow", "black", "red", "green",
+        "blue", "L", "A", "B", "tint", "gray" };
 
-    // The fields of an RDF structure, whichever of its spellings the writer chose: child
-    // elements under rdf:parseType="Resource", a nested rdf:Description, or attributes.
-    class Fields {
+    // No writer puts more items in an array; a hostile packet may declare millions.
+    constexpr int MostItems = 100000;
+
+    using XmpString = std::unique_ptr<_XmpString, decltype(&xmp_string_free)>;
+    using XmpPacket = std::unique_ptr<_Xmp, decltype(&xmp_free)>;
+    using XmpFile = std::unique_ptr<_XmpFile, decltype(&xmp_files_free)>;
+
+    XmpString newString() { return XmpString(xmp_string_new(), &xmp_string_free); }
+
+    // The toolkit is set up once per process; paths name fields by the prefixes it registered.
+    struct Toolkit {
+        bool ready = false;
+        QByteArray xmpG, xmpGImg, xmpTPg, stFnt, stRef, stMfs;
+
+        static const Toolkit& get()
+        {
+            static const Toolkit toolkit = [] {
+                Toolkit t;
+                t.ready = xmp_init();
+                if (t.ready) {
+                    t.xmpG = prefix(Ns::XmpG, "xmpG");
+                    t.xmpGImg = prefix(Ns::XmpGImg, "xmpGImg");
+                    t.xmpTPg = prefix(Ns::XmpTPg, "xmpTPg");
+                    t.stFnt = prefix(Ns::StFnt, "stFnt");
+                    t.stRef = prefix(Ns::StRef, "stRef");
+                    t.stMfs = prefix(Ns::StMfs, "stMfs");
+                }
+                return t;
+            }();
+            return toolkit;
+        }
+
+    private:
+        // The prefix ends in a colon.
+        static QByteArray prefix(const char* uri, const char* suggested)
+        {
+            XmpString registered = newString();
+            xmp_register_namespace(uri, suggested, registered.get());
+            QByteArray result(xmp_string_cstr(registered.get()));
+            return result.endsWith(':') ? result : result + ':';
+        }
+    };
+
+    // Reads the properties of one packet by schema and path.
+    class Reader {
     public:
-        explicit Fields(const XmlNode* node)
-            : m_node(node)
+        explicit Reader(XmpPtr xmp)
+            : m_xmp(xmp)
+            , m_t(Toolkit::get())
         {
-            if (m_node) {
-                if (const XmlNode* description = m_node->child(Ns::Rdf, u"Description"))
-                    m_node = description;
-            }
         }
 
-        const XmlNode* node(QStringView uri, QStringView name) const
+        std::optional<QString> value(const char* schema, const QByteArray& path) const
         {
-            return m_node ? m_node->child(uri, name) : nullptr;
+            XmpString value = newString();
+            uint32_t bits = 0;
+            if (!xmp_get_property(m_xmp, schema, path.constData(), value.get(), &bits)
+                || !XMP_IS_PROP_SIMPLE(bits))
+                return std::nullopt;
+            return QString::fromUtf8(xmp_string_cstr(value.get())).trimmed();
         }
 
-        std::optional<QString> value(QStringView uri, QStringView name) const
+        QString text(const char* schema, const QByteArray& path) const
         {
-            if (const XmlNode* element = node(uri, name))
-                return element->text.trimmed();
-            return m_node ? m_node->attribute(uri, name) : std::nullopt;
+            return value(schema, path).value_or(QString());
         }
 
-        QString text(QStringView uri, QStringView name) const
-        {
-            return value(uri, name).value_or(QString());
-        }
-
-        std::optional<double> number(QStringView uri, QStringView name) const
+        std::optional<double> number(const char* schema, const QByteArray& path) const
         {
             bool ok = false;
-            const double result = text(uri, name).toDouble(&ok);
+            const double result = text(schema, path).toDouble(&ok);
             return ok && std::isfinite(result) ? std::optional<double>(result) : std::nullopt;
         }
 
-        int integer(QStringView uri, QStringView name) const
+        int integer(const char* schema, const QByteArray& path) const
         {
-            return int(std::clamp(number(uri, name).value_or(0.0), -1e9, 1e9));
+            return int(std::clamp(number(schema, path).value_or(0.0), -1e9, 1e9));
         }
 
-        // The items of an rdf:Seq, rdf:Bag or rdf:Alt held by a property.
-        std::vector<const XmlNode*> items(QStringView uri, QStringView name) const
+        // The number of items of an array, counted up to the first missing one.
+        int count(const char* schema, const QByteArray& arrayPath) const
         {
-            std::vector<const XmlNode*> result;
-            const XmlNode* property = node(uri, name);
-            if (!property)
-                return result;
-            for (const XmlNode& container : property->children) {
-                if (container.namespaceUri != Ns::Rdf)
-                    continue;
-                for (const XmlNode& item : container.children) {
-                    if (item.is(Ns::Rdf, u"li"))
-                        result.push_back(&item);
-                }
+            int items = 0;
+            while (items < MostItems
+                && xmp_has_property(m_xmp, schema, item(arrayPath, items + 1).constData()))
+                ++items;
+            return items;
+        }
+
+        static QByteArray item(const QByteArray& arrayPath, int index)
+        {
+            return arrayPath + '[' + QByteArray::number(index) + ']';
+        }
+
+        XmpSwatch swatch(const char* schema, const QByteArray& path) const
+        {
+            XmpSwatch swatch;
+            swatch.name = text(schema, path + '/' + m_t.xmpG + "swatchName");
+            swatch.mode = text(schema, path + '/' + m_t.xmpG + "mode");
+            swatch.type = text(schema, path + '/' + m_t.xmpG + "type");
+            for (const char* component : ComponentNames) {
+                if (const auto value = number(schema, path + '/' + m_t.xmpG + component))
+                    swatch.components.push_back({ QString::fromLatin1(component), *value });
             }
+            return swatch;
+        }
+
+        std::vector<XmpSwatch> swatches(const char* schema, const QByteArray& arrayPath) const
+        {
+            std::vector<XmpSwatch> result;
+            const int items = count(schema, arrayPath);
+            for (int index = 1; index <= items; ++index)
+                result.push_back(swatch(schema, item(arrayPath, index)));
             return result;
         }
 
+        XmpFont font(const QByteArray& path) const
+        {
+            const auto field
+                = [&](const char* name) { return text(Ns::XmpTPg, path + '/' + m_t.stFnt + name); };
+            XmpFont font;
+            font.fontName = field("fontName");
+            font.fontFamily = field("fontFamily");
+            font.fontFace = field("fontFace");
+            font.fontType = field("fontType");
+            font.fontFileName = field("fontFileName");
+            font.versionString = field("versionString");
+            font.composite = field("composite").compare(u"true", Qt::CaseInsensitive) == 0;
+            return font;
+        }
+
+        XmpLink link(const QByteArray& path) const
+        {
+            const QByteArray reference = path + '/' + m_t.stMfs + "reference/" + m_t.stRef;
+            XmpLink link;
+            link.linkForm = text(Ns::XmpMM, path + '/' + m_t.stMfs + "linkForm");
+            link.filePath = text(Ns::XmpMM, reference + "filePath");
+            link.documentId = text(Ns::XmpMM, reference + "documentID");
+            link.instanceId = text(Ns::XmpMM, reference + "instanceID");
+            return link;
+        }
+
+        XmpThumbnail thumbnail(const char* schema, const QByteArray& path, int pageNumber) const
+        {
+            const auto field = [&](const char* name) { return path + '/' + m_t.xmpGImg + name; };
+            XmpThumbnail thumbnail;
+            thumbnail.pageNumber = pageNumber;
+            thumbnail.width = integer(schema, field("width"));
+            thumbnail.height = integer(schema, field("height"));
+            thumbnail.format = text(schema, field("format"));
+            thumbnail.image = QByteArray::fromBase64(text(schema, field("image")).toLatin1());
+            return thumbnail;
+        }
+
+        XmpMetadata metadata() const
+        {
+            XmpMetadata metadata;
+            metadata.creatorTool = text(Ns::Xmp, "CreatorTool");
+            if (const auto pages = number(Ns::XmpTPg, "NPages");
+                pages && *pages >= 0 && *pages < 1e9)
+                metadata.pageCount = int(*pages);
+            for (int index = 1, n = count(Ns::XmpTPg, "Fonts"); index <= n; ++index)
+                metadata.fonts.push_back(font(item("Fonts", index)));
+            for (int index = 1, n = count(Ns::XmpTPg, "SwatchGroups"); index <= n; ++index) {
+                const QByteArray group = item("SwatchGroups", index) + '/' + m_t.xmpG;
+                metadata.swatchGroups.push_back({ text(Ns::XmpTPg, group + "groupName"),
+                    integer(Ns::XmpTPg, group + "groupType"),
+                    swatches(Ns::XmpTPg, group + "Colorants") });
+            }
+            metadata.colorants = swatches(Ns::XmpTPg, "Colorants");
+            for (int index = 1, n = count(Ns::XmpMM, "Manifest"); index <= n; ++index)
+                metadata.links.push_back(link(item("Manifest", index)));
+            for (int index = 1, n = count(Ns::Xmp, "Thumbnails"); index <= n; ++index)
+                metadata.thumbnails.push_back(thumbnail(Ns::Xmp, item("Thumbnails", index), 0));
+            for (int index = 1, n = count(Ns::Xmp, "PageInfo"); index <= n; ++index) {
+                const QByteArray page = item("PageInfo", index);
+                metadata.thumbnails.push_back(thumbnail(
+                    Ns::Xmp, page, integer(Ns::Xmp, page + '/' + m_t.xmpTPg + "PageNumber")));
+            }
+            return metadata;
+        }
+
     private:
-        const XmlNode* m_node;
+        XmpPtr m_xmp;
+        const Toolkit& m_t;
     };
 
-    // The top-level properties, spread over any number of rdf:Description elements.
-    class Properties {
-    public:
-        explicit Properties(const XmlNode& rdf)
-        {
-            for (const XmlNode& node : rdf.children) {
-                if (node.is(Ns::Rdf, u"Description"))
-                    m_descriptions.emplace_back(&node);
-            }
-        }
-
-        template <typename Read>
-        auto first(Read read) const -> decltype(read(std::declval<const Fields&>()))
-        {
-            for (const Fields& description : m_descriptions) {
-                if (auto found = read(description))
-                    return found;
-            }
-            return {};
-        }
-
-        std::vector<const XmlNode*> items(QStringView uri, QStringView name) const
-        {
-            std::vector<const XmlNode*> result;
-            for (const Fields& description : m_descriptions) {
-                const auto found = description.items(uri, name);
-                result.insert(result.end(), found.begin(), found.end());
-            }
-            return result;
-        }
-
-    private:
-        std::vector<Fields> m_descriptions;
-    };
-
-    XmpSwatch readSwatch(const Fields& fields)
+    ParseFailure toolkitMissing()
     {
-        XmpSwatch swatch;
-        swatch.name = fields.text(Ns::XmpG, u"swatchName");
-        swatch.mode = fields.text(Ns::XmpG, u"mode");
-        swatch.type = fields.text(Ns::XmpG, u"type");
-        for (QStringView component : ComponentNames) {
-            if (const auto value = fields.number(Ns::XmpG, component))
-                swatch.components.push_back({ component.toString(), *value });
-        }
-        return swatch;
-    }
-
-    std::vector<XmpSwatch> readSwatches(const std::vector<const XmlNode*>& items)
-    {
-        std::vector<XmpSwatch> swatches;
-        for (const XmlNode* item : items)
-            swatches.push_back(readSwatch(Fields(item)));
-        return swatches;
-    }
-
-    XmpFont readFont(const Fields& fields)
-    {
-        XmpFont font;
-        font.fontName = fields.text(Ns::StFnt, u"fontName");
-        font.fontFamily = fields.text(Ns::StFnt, u"fontFamily");
-        font.fontFace = fields.text(Ns::StFnt, u"fontFace");
-        font.fontType = fields.text(Ns::StFnt, u"fontType");
-        font.fontFileName = fields.text(Ns::StFnt, u"fontFileName");
-        font.versionString = fields.text(Ns::StFnt, u"versionString");
-        font.composite
-            = fields.text(Ns::StFnt, u"composite").compare(u"true", Qt::CaseInsensitive) == 0;
-        return font;
-    }
-
-    XmpLink readLink(const Fields& fields)
-    {
-        XmpLink link;
-        link.linkForm = fields.text(Ns::StMfs, u"linkForm");
-        const Fields reference(fields.node(Ns::StMfs, u"reference"));
-        link.filePath = reference.text(Ns::StRef, u"filePath");
-        link.documentId = reference.text(Ns::StRef, u"documentID");
-        link.instanceId = reference.text(Ns::StRef, u"instanceID");
-        return link;
-    }
-
-    XmpThumbnail readThumbnail(const Fields& fields, int pageNumber)
-    {
-        XmpThumbnail thumbnail;
-        thumbnail.pageNumber = pageNumber;
-        thumbnail.width = fields.integer(Ns::XmpGImg, u"width");
-        thumbnail.height = fields.integer(Ns::XmpGImg, u"height");
-        thumbnail.format = fields.text(Ns::XmpGImg, u"format");
-        thumbnail.image = QByteArray::fromBase64(fields.text(Ns::XmpGImg, u"image").toLatin1());
-        return thumbnail;
-    }
-
-    const XmlNode* findRdf(const XmlNode& root)
-    {
-        if (root.is(Ns::Rdf, u"RDF"))
-            return &root;
-        if (root.is(Ns::Meta, u"xmpmeta") || root.is(Ns::Meta, u"xapmeta"))
-            return root.child(Ns::Rdf, u"RDF");
-        return nullptr;
+        return fail(
+            FormatError::UnsupportedVariant, QStringLiteral("XMP: the toolkit cannot start"));
     }
 
 }
@@ -204,74 +230,35 @@ std::optional<double> XmpSwatch::component(QStringView componentName) const
 
 ParseResult<XmpMetadata> parseXmpPacket(QByteArrayView packet)
 {
-    QString error;
-    const std::optional<XmlTree> tree = parseXmlTree(packet, &error);
-    if (!tree)
+    if (!Toolkit::get().ready)
+        return toolkitMissing();
+    XmpPacket xmp(xmp_new_empty(), &xmp_free);
+    if (!xmp || !xmp_parse(xmp.get(), packet.data(), size_t(packet.size())))
         return fail(FormatError::DamagedFile,
-            QStringLiteral("XMP packet is not well-formed: %1").arg(error));
-    const XmlNode* rdf = findRdf(tree->root);
-    if (!rdf) {
-        return fail(FormatError::DamagedFile,
-            tree->complete
-                ? QStringLiteral("XMP packet holds no RDF")
-                : QStringLiteral("XMP packet breaks off before its RDF: %1").arg(tree->error));
-    }
-
-    const Properties properties(*rdf);
-    XmpMetadata metadata;
-    metadata.complete = tree->complete;
-    metadata.creatorTool
-        = properties.first([](const Fields& f) { return f.value(Ns::Xmp, u"CreatorTool"); })
-              .value_or(QString());
-    metadata.pageCount = properties.first([](const Fields& f) -> std::optional<int> {
-        const auto pages = f.number(Ns::XmpTPg, u"NPages");
-        return pages && *pages >= 0 && *pages < 1e9 ? std::optional<int>(int(*pages))
-                                                    : std::nullopt;
-    });
-    for (const XmlNode* item : properties.items(Ns::XmpTPg, u"Fonts"))
-        metadata.fonts.push_back(readFont(Fields(item)));
-    for (const XmlNode* item : properties.items(Ns::XmpTPg, u"SwatchGroups")) {
-        const Fields group(item);
-        metadata.swatchGroups.push_back(
-            { group.text(Ns::XmpG, u"groupName"), group.integer(Ns::XmpG, u"groupType"),
-                readSwatches(group.items(Ns::XmpG, u"Colorants")) });
-    }
-    metadata.colorants = readSwatches(properties.items(Ns::XmpTPg, u"Colorants"));
-    for (const XmlNode* item : properties.items(Ns::XmpMM, u"Manifest"))
-        metadata.links.push_back(readLink(Fields(item)));
-    for (const XmlNode* item : properties.items(Ns::Xmp, u"Thumbnails"))
-        metadata.thumbnails.push_back(readThumbnail(Fields(item), 0));
-    for (const XmlNode* item : properties.items(Ns::Xmp, u"PageInfo")) {
-        const Fields page(item);
-        metadata.thumbnails.push_back(readThumbnail(page, page.integer(Ns::XmpTPg, u"PageNumber")));
-    }
-    return metadata;
+            QStringLiteral("the XMP packet cannot be read (error %1)").arg(xmp_get_error()));
+    return Reader(xmp.get()).metadata();
 }
 
-ParseResult<XmpMetadata> extractXmp(QByteArrayView bytes)
+ParseResult<XmpMetadata> readXmpOfFile(const QString& path)
 {
-    const std::vector<XmpPacketRange> packets = findXmpPackets(bytes);
-    if (packets.empty())
+    if (!Toolkit::get().ready)
+        return toolkitMissing();
+    XmpFile file(xmp_files_open_new(QFile::encodeName(path).constData(),
+                     XmpOpenFileOptions(XMP_OPEN_READ | XMP_OPEN_ONLYXMP)),
+        &xmp_files_free);
+    if (!file)
         return fail(FormatError::NotThisKind, QStringLiteral("no XMP packet"));
-    std::optional<XmpMetadata> partial;
-    std::optional<ParseFailure> lastFailure;
-    for (auto packet = packets.rbegin(); packet != packets.rend(); ++packet) {
-        auto result = parseXmpPacket(bytes.sliced(packet->offset, packet->length));
-        if (!result) {
-            if (!lastFailure)
-                lastFailure = result.failure();
-            continue;
-        }
-        XmpMetadata metadata = std::move(result).value();
-        metadata.packetOffset = packet->offset;
-        if (metadata.complete)
-            return metadata;
-        if (!partial)
-            partial = std::move(metadata);
+    XmpPacket xmp(xmp_files_get_new_xmp(file.get()), &xmp_free);
+    const int error = xmp_get_error();
+    xmp_files_close(file.get(), XMP_CLOSE_NOOPTION);
+    if (!xmp) {
+        // The handlers report "no packet" with no error and a packet they cannot parse with one.
+        return error == 0
+            ? fail(FormatError::NotThisKind, QStringLiteral("no XMP packet"))
+            : fail(FormatError::DamagedFile,
+                QStringLiteral("the XMP packet cannot be read (error %1)").arg(error));
     }
-    if (partial)
-        return *std::move(partial);
-    return *lastFailure;
+    return Reader(xmp.get()).metadata();
 }
 
 }

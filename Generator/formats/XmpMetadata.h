@@ -58,29 +58,27 @@ struct XmpThumbnail {
 };
 
 struct XmpMetadata {
-    qsizetype packetOffset = 0; // where the packet that was read starts in the buffer
-    // False when the packet breaks off or turns malformed: what stands before that point is read.
-    bool complete = true;
     QString creatorTool;
     std::optional<int> pageCount;
     std::vector<XmpFont> fonts;
-    std::vector<XmpSwatchGroup> swatchGroups;
-    std::vector<XmpSwatch> colorants; // the process and spot inks the document uses
+    std::vector<XmpSwatchGroup> swatchGroups; // Illustrator's xmpTPg:SwatchGroups
+    std::vector<XmpSwatch> colorants; // the inks in use; InDesign's swatches (xmpTPg:Colorants)
     std::vector<XmpLink> links;
     std::vector<XmpThumbnail> thumbnails; // the document thumbnail, then the page thumbnails
 };
 
-// Reads one packet (x:xmpmeta, or a bare rdf:RDF). Properties are found by namespace URI, so the
-// older "xap" prefixes read the same as "xmp". A packet that breaks off after its RDF began is
-// read as far as it goes and marked incomplete; one that never reaches its RDF is damaged.
+// XMP is read through exempi, the format owner's toolkit: its parser reads a packet into
+// properties whatever the RDF spelling, and its file handlers find the document's own packet in
+// PDF, PostScript and EPS (the DOS binary form too) and InDesign files, not the packets of placed
+// images. Texts come out as the packet's encoding says (UTF-8 for every writer we know).
+
+// Reads one packet (x:xmpmeta, or a bare rdf:RDF, with or without the packet wrapper). A packet
+// exempi cannot parse is damaged.
 ParseResult<XmpMetadata> parseXmpPacket(QByteArrayView packet);
 
-// Finds the packets in a buffer and reads the last well-formed one: writers append the current
-// packet after older ones, and a packet left half-written by an interrupted save comes before the
-// one that replaced it. Packets are not merged, since the properties of an old one may no longer
-// hold. When no packet is well-formed, the last one that can be read in part is returned,
-// marked incomplete. No packet at all is "not this kind"; packets none of which holds any RDF
-// are damaged.
-ParseResult<XmpMetadata> extractXmp(QByteArrayView bytes);
+// The document's packet as the file handler for its format finds it, or the packet found by
+// scanning a file of a format exempi has no handler for. No packet is "not this kind"; one that
+// cannot be parsed is damaged.
+ParseResult<XmpMetadata> readXmpOfFile(const QString& path);
 
 }

@@ -57,7 +57,16 @@ SUAppcastItem readItem(QXmlStreamReader& xml)
                 item.releaseNotesURL = QUrl(trimmedText(xml));
             else if (name == u"minimumSystemVersion")
                 item.minimumSystemVersion = trimmedText(xml);
-            else
+            else if (name == u"maximumSystemVersion")
+                item.maximumSystemVersion = trimmedText(xml);
+            else if (name == u"phasedRolloutInterval")
+                item.phasedRolloutInterval = std::max(qint64(0), trimmedText(xml).toLongLong());
+            else if (name == u"criticalUpdate") {
+                item.criticalUpdate = true;
+                item.criticalUpdateVersion
+                    = xml.attributes().value(sparkle, QStringLiteral("version")).toString();
+                xml.skipCurrentElement();
+            } else
                 xml.skipCurrentElement();
         } else {
             xml.skipCurrentElement();
@@ -120,16 +129,38 @@ std::optional<SUAppcast> SUAppcast::fromData(const QByteArray& data, QString* er
     return appcast;
 }
 
-std::optional<SUAppcastItem> SUAppcast::bestItem(const QString& systemVersion) const
+std::optional<SUAppcastItem> SUAppcast::newest(
+    const std::function<bool(const SUAppcastItem&)>& accepts) const
 {
     std::optional<SUAppcastItem> best;
     for (const SUAppcastItem& item : m_items) {
-        if (!item.minimumSystemVersion.isEmpty()
-            && SUVersionComparison::compareVersions(systemVersion, item.minimumSystemVersion) < 0)
+        if (!accepts(item))
             continue;
         if (!best
             || SUVersionComparison::compareVersions(item.versionString, best->versionString) > 0)
             best = item;
     }
     return best;
+}
+
+std::optional<SUAppcastItem> SUAppcast::bestItem(
+    const QString& systemVersion, const SUAppcastRollout& rollout) const
+{
+    return newest([&](const SUAppcastItem& item) {
+        return item.supportsSystem(systemVersion) && rollout.reaches(item);
+    });
+}
+
+std::optional<SUAppcastItem> SUAppcast::newestItem() const
+{
+    return newest([](const SUAppcastItem&) { return true; });
+}
+
+bool SUAppcastRollout::reaches(const SUAppcastItem& item) const
+{
+    if (group < 0 || item.phasedRolloutInterval <= 0 || item.isCriticalFor(hostVersion))
+        return true;
+    const QDateTime published = item.date();
+    return !published.isValid()
+        || now >= published.addSecs(qint64(group) * item.phasedRolloutInterval);
 }

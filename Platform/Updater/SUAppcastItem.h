@@ -17,8 +17,18 @@ struct SUAppcastItem {
     QUrl releaseNotesURL;
     // The item's <link>: the page from which people download the update by hand.
     QUrl infoURL;
+    // The systems the update runs on (sparkle:minimumSystemVersion, sparkle:maximumSystemVersion),
+    // each bound inclusive; empty for no bound.
     QString minimumSystemVersion;
+    QString maximumSystemVersion;
     QString dateString;
+    // <sparkle:criticalUpdate/>: critical for every older version, or, with its sparkle:version
+    // attribute, only for those older than that one.
+    bool criticalUpdate = false;
+    QString criticalUpdateVersion;
+    // sparkle:phasedRolloutInterval in seconds (0: none): the update reaches one more of the
+    // rollout groups each interval after its publication date.
+    qint64 phasedRolloutInterval = 0;
 
     QUrl fileURL;
     qint64 contentLength = 0;
@@ -32,4 +42,9 @@ struct SUAppcastItem {
     }
     // Where "download" takes the user: the item's page, else the file itself.
     QUrl downloadPageURL() const { return infoURL.isValid() ? infoURL : fileURL; }
+    // <pubDate> as a date (RFC 2822); invalid when missing or unreadable.
+    QDateTime date() const;
+    bool isCriticalFor(const QString& hostVersion) const;
+    // The system version lies within the item's bounds.
+    bool supportsSystem(const QString& systemVersion) const;
 };

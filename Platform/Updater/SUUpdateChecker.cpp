@@ -49,11 +49,12 @@ QUrl SUUpdateChecker::parameterizedFeedURL(
     return url;
 }
 
-void SUUpdateChecker::start(
-    const QUrl& url, const QString& hostVersion, const QString& systemVersion, int timeoutMs)
+void SUUpdateChecker::start(const QUrl& url, const QString& hostVersion,
+    const QString& systemVersion, const SUAppcastRollout& rollout, int timeoutMs)
 {
     m_hostVersion = hostVersion;
     m_systemVersion = systemVersion;
+    m_rollout = rollout;
 
     QNetworkRequest request(url);
     request.setAttribute(
@@ -111,12 +112,18 @@ SUUpdateCheckResult SUUpdateChecker::resultOfFeed(const QByteArray& data) const
         result.error.detail = problem;
         return result;
     }
-    const std::optional<SUAppcastItem> best = appcast->bestItem(m_systemVersion);
-    if (best && SUVersionComparison::compareVersions(best->versionString, m_hostVersion) > 0) {
+    const auto isNewer = [this](const std::optional<SUAppcastItem>& item) {
+        return item && SUVersionComparison::compareVersions(item->versionString, m_hostVersion) > 0;
+    };
+    const std::optional<SUAppcastItem> best = appcast->bestItem(m_systemVersion, m_rollout);
+    if (isNewer(best)) {
         result.outcome = SUUpdateCheckResult::UpdateFound;
         result.item = *best;
-    } else {
-        result.outcome = SUUpdateCheckResult::NoUpdateFound;
+        return result;
     }
+    result.outcome = SUUpdateCheckResult::NoUpdateFound;
+    const std::optional<SUAppcastItem> newest = appcast->newestItem();
+    if (isNewer(newest) && !newest->supportsSystem(m_systemVersion))
+        result.newerItemForOtherSystem = newest;
     return result;
 }

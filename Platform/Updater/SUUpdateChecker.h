@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "SUAppcastItem.h"
+#include "SUAppcast.h"
 #include "SUUpdaterError.h"
 
 #include <QList>
@@ -19,6 +19,8 @@ struct SUUpdateCheckResult {
     enum Outcome { UpdateFound, NoUpdateFound, Failed };
     Outcome outcome = Failed;
     SUAppcastItem item; // the newer item, for UpdateFound
+    // For NoUpdateFound: a newer item that this system is outside the bounds of.
+    std::optional<SUAppcastItem> newerItemForOtherSystem;
     SUUpdaterError error; // for Failed
 };
 
@@ -35,10 +37,11 @@ public:
     // out.
     static QUrl parameterizedFeedURL(const QUrl& feedURL, const QList<QVariantMap>& parameters);
 
-    // hostVersion is the running version; systemVersion is compared with the items' minimum
-    // system versions. A server that has not answered completely after timeoutMs fails the check.
-    void start(
-        const QUrl& url, const QString& hostVersion, const QString& systemVersion, int timeoutMs);
+    // hostVersion is the running version; systemVersion is compared with the items' system
+    // bounds; the rollout holds back phased updates. A server that has not answered completely
+    // after timeoutMs fails the check.
+    void start(const QUrl& url, const QString& hostVersion, const QString& systemVersion,
+        const SUAppcastRollout& rollout, int timeoutMs);
 
 signals:
     void finished(const SUUpdateCheckResult& result);
@@ -54,4 +57,5 @@ private:
     bool m_timedOut = false;
     QString m_hostVersion;
     QString m_systemVersion;
+    SUAppcastRollout m_rollout;
 };

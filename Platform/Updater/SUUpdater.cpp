@@ -2,12 +2,19 @@
 #include "SUUpdater.h"
 
 #include "Bundle.h"
+#include "Localization.h"
+#include "PrivilegedExecutor.h"
 #include "ProcessInfo.h"
+#include "SUBundleInstaller.h"
 #include "SUUpdaterDelegate.h"
-#include "SUUserDriver.h"
+#include "SUVersionComparison.h"
 #include "SystemLog.h"
 #include "UserDefaults.h"
 
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QStandardPaths>
 #include <algorithm>
 #include <climits>
 #include <exception>
@@ -53,9 +60,6 @@ SUUpdater::SUUpdater(UserDefaults& defaults, bool usesMainBundle, QObject* paren
             || key == QLatin1String(lastCheckTimeKey))
             resetUpdateCycle();
     });
-    // The first scheduled check waits for the event loop, so that the application can finish
-    // launching and set its delegate first.
-    QTimer::singleShot(0, this, &SUUpdater::resetUpdateCycle);
 }
 
 SUUpdater::~SUUpdater() = default;
@@ -192,7 +196,23 @@ void SUUpdater::startCheck(bool userInitiated)
     m_checker = new SUUpdateChecker(m_network, this);
     connect(m_checker, &SUUpdateChecker::finished, this, &SUUpdater::checkFinished);
     m_checker->start(SUUpdateChecker::parameterizedFeedURL(feed, feedParameters()), hostVersion(),
-        m_systemVersion, m_requestTimeout);
+        m_systemVersion, rollout(userInitiated), m_requestTimeout);
+}
+
+SUAppcastRollout SUUpdater::rollout(bool userInitiated)
+{
+    // Someone who asks for updates gets them at once.
+    if (userInitiated)
+        return {};
+    const QString key = QLatin1String(updateGroupKey);
+    const QVariant stored = m_defaults.objectForKey(key);
+    bool known = false;
+    int group = stored.toInt(&known);
+    if (!known || group < 0 || group >= SUAppcastRollout::groupCount) {
+        group = int(QRandomGenerator::global()->bounded(SUAppcastRollout::groupCount));
+        m_defaults.setInteger(group, key);
+    }
+    return { group, QDateTime::currentDateTimeUtc(), hostVersion() };
 }
 
 void SUUpdater::checkFinished(const SUUpdateCheckResult& result)
@@ -211,16 +231,29 @@ void SUUpdater::checkFinished(const SUUpdateCheckResult& result)
                   .arg(result.item.displayVersion()));
         if (m_delegate)
             m_delegate->didFindValidUpdate(this, result.item);
-        if (m_userDriver)
-            m_userDriver->showUpdateFound({ result.item, hostDisplayVersion(),
-                result.item.displayVersion(), result.item.downloadPageURL(), userInitiated });
+        const SUUpdateFound found = updateFound(result.item, userInitiated);
+        if (m_driver) {
+            // One installation at a time; the one waiting for the quit is shown again on request.
+            if (userInitiated && m_userDriver && m_driver->stage() == SUUpdateDriver::Stage::Ready)
+                prepareForQuit(updateFound(m_driver->item(), true));
+        } else if (!userInitiated && !found.critical && found.installable
+            && automaticallyDownloadsUpdates() && !needsPrivileges(hostBundlePath())) {
+            prepareForQuit(found);
+        } else if (m_userDriver) {
+            const SUAppcastItem item = result.item;
+            m_userDriver->showUpdateFound(found, [this, item](SUUpdateAlertChoice choice) {
+                if (choice == SUUpdateAlertChoice::Install)
+                    installUpdate(item);
+            });
+        }
         break;
     }
     case SUUpdateCheckResult::NoUpdateFound:
         if (m_delegate)
             m_delegate->updaterDidNotFindUpdate(this);
         if (userInitiated && m_userDriver)
-            m_userDriver->showUpdateNotFound(hostDisplayVersion());
+            m_userDriver->showUpdateNotFound(
+                hostDisplayVersion(), noteOnOtherSystem(result.newerItemForOtherSystem));
         break;
     case SUUpdateCheckResult::Failed:
         NSLog(QStringLiteral("WARNING -- Update check failed: %1")
@@ -234,19 +267,35 @@ void SUUpdater::checkFinished(const SUUpdateCheckResult& result)
     emit updateCheckFinished();
 }
 
+void SUUpdater::startUpdater()
+{
+    if (m_started)
+        return;
+    m_started = true;
+    SUUpdateDriver::removeUnfinishedDownloads(downloadFolder());
+    const QString bundle = hostBundlePath();
+    if (!bundle.isEmpty() && !needsPrivileges(bundle))
+        SUBundleInstaller::removeLeftovers(bundle);
+    resetUpdateCycle();
+}
+
 void SUUpdater::resetUpdateCycle()
 {
     m_scheduleTimer.stop();
     m_nextCheck = QDateTime();
-    if (!automaticallyChecksForUpdates())
+    if (!m_started || !automaticallyChecksForUpdates())
         return;
     const qint64 interval
         = qint64(std::max(updateCheckInterval(), double(minimumUpdateCheckInterval)));
     const QDateTime now = QDateTime::currentDateTimeUtc();
-    const QDateTime last = lastUpdateCheckDate();
-    if (!last.isValid())
-        m_nextCheck = now;
-    else if (last > now) // the clock was set back: wait a whole interval from now
+    QDateTime last = lastUpdateCheckDate();
+    if (!last.isValid()) {
+        // A first start counts as a check: the first scheduled one comes a whole interval later,
+        // so that a new user is not greeted by a request before they have seen the application.
+        last = now;
+        m_defaults.setObject(now, QLatin1String(lastCheckTimeKey));
+    }
+    if (last > now) // the clock was set back: wait a whole interval from now
         m_nextCheck = now.addSecs(interval);
     else
         m_nextCheck = last.addSecs(interval);
@@ -262,4 +311,197 @@ void SUUpdater::scheduledCheckDue()
         return;
     }
     checkForUpdatesInBackground();
+}
+
+QString SUUpdater::hostBundlePath() const
+{
+    if (!m_hostBundlePath.isEmpty() || !m_usesMainBundle)
+        return m_hostBundlePath;
+    return Bundle::mainBundle().bundlePath();
+}
+
+QString SUUpdater::installerPath() const
+{
+    if (!m_installerPath.isEmpty() || !m_usesMainBundle)
+        return m_installerPath;
+    return Bundle::mainBundle().contentsPath() + QStringLiteral("/Linux/")
+        + QLatin1String(installerName);
+}
+
+QString SUUpdater::downloadFolder() const
+{
+    if (!m_downloadFolder.isEmpty())
+        return m_downloadFolder;
+    const QString owner
+        = m_usesMainBundle ? Bundle::mainBundle().bundleIdentifier() : m_defaults.domain();
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + QLatin1Char('/')
+        + owner + QStringLiteral("/Updates");
+}
+
+QString SUUpdater::busName() const
+{
+    if (m_busName || !m_usesMainBundle)
+        return m_busName.value_or(QString());
+    return Bundle::mainBundle().bundleIdentifier();
+}
+
+bool SUUpdater::needsPrivileges(const QString& bundlePath)
+{
+    // Renaming a folder into another one needs both the folder and the one that holds it.
+    const QFileInfo bundle(bundlePath);
+    return (bundle.exists() && !bundle.isWritable())
+        || !QFileInfo(bundle.absolutePath()).isWritable();
+}
+
+SUUpdateFound SUUpdater::updateFound(const SUAppcastItem& item, bool userInitiated) const
+{
+    SUUpdateFound found { item, hostDisplayVersion(), item.displayVersion(), item.downloadPageURL(),
+        userInitiated };
+    found.critical = item.isCriticalFor(hostVersion());
+    found.installable = item.fileURL.isValid() && !item.fileURL.isRelative();
+    return found;
+}
+
+QString SUUpdater::noteOnOtherSystem(const std::optional<SUAppcastItem>& item) const
+{
+    if (!item)
+        return {};
+    const QString application = QCoreApplication::applicationName();
+    if (!item->minimumSystemVersion.isEmpty()
+        && SUVersionComparison::compareVersions(m_systemVersion, item->minimumSystemVersion) < 0)
+        return NSLocalizedString(
+            "%1 %2 is available, but it needs system version %3 or later; this system is %4.")
+            .arg(application, item->displayVersion(), item->minimumSystemVersion, m_systemVersion);
+    return NSLocalizedString("%1 %2 is available, but it runs only on system versions up to %3; "
+                             "this system is %4.")
+        .arg(application, item->displayVersion(), item->maximumSystemVersion, m_systemVersion);
+}
+
+SUUpdateDriver* SUUpdater::makeDriver(const SUAppcastItem& item)
+{
+    SUInstallHost host;
+    host.bundlePath = hostBundlePath();
+    host.installerPath = installerPath();
+    host.downloadFolder = downloadFolder();
+    host.busName = busName();
+    host.stallTimeoutMs = m_requestTimeout;
+    if (needsPrivileges(host.bundlePath))
+        host.executor = m_executor.value_or(PrivilegedExecutor::shared());
+    m_driver = new SUUpdateDriver(m_network, host, item, this);
+    connect(m_driver, &SUUpdateDriver::failed, this, [this](const SUUpdaterError& error) {
+        m_driver->deleteLater();
+        if (std::exchange(m_relaunchAnnounced, false))
+            emit relaunchFailed();
+        NSLog(QStringLiteral("%1 -- The update was not installed: %2")
+                  .arg(error.kind == SUUpdaterError::Canceled ? QStringLiteral("INFO")
+                                                              : QStringLiteral("ERROR"),
+                      error.localizedDescription()));
+        emit updateInstallationFailed(error);
+    });
+    connect(m_driver, &SUUpdateDriver::willRelaunch, this, [this] {
+        m_relaunchAnnounced = true;
+        emit willRelaunchApplication();
+    });
+    connect(m_driver, &SUUpdateDriver::relaunched, this, [this] {
+        NSLog(QStringLiteral("INFO -- Version %1 is installed and started")
+                  .arg(m_driver->item().displayVersion()));
+        m_driver->deleteLater();
+        if (m_userDriver)
+            m_userDriver->dismissUpdateInstallation();
+        // The new copy runs: this process ends whatever its windows say.
+        QCoreApplication::exit(0);
+    });
+    return m_driver;
+}
+
+void SUUpdater::showInstallation(SUUpdateDriver* driver)
+{
+    connect(driver, &SUUpdateDriver::failed, this, [this](const SUUpdaterError& error) {
+        if (!m_userDriver)
+            return;
+        m_userDriver->dismissUpdateInstallation();
+        if (error.kind != SUUpdaterError::Canceled)
+            m_userDriver->showUpdaterError(error);
+    });
+    connect(driver, &SUUpdateDriver::downloadProgress, this, [this](qint64 received, qint64 total) {
+        if (m_userDriver)
+            m_userDriver->showDownloadProgress(received, total);
+    });
+    connect(driver, &SUUpdateDriver::stageChanged, this, [this](SUUpdateDriver::Stage stage) {
+        if (!m_userDriver)
+            return;
+        switch (stage) {
+        case SUUpdateDriver::Stage::Verifying:
+            m_userDriver->showInstallStatus(NSLocalizedString("Verifying update…"), true);
+            break;
+        case SUUpdateDriver::Stage::Preparing:
+            m_userDriver->showInstallStatus(NSLocalizedString("Extracting update…"), true);
+            break;
+        case SUUpdateDriver::Stage::Installing:
+        case SUUpdateDriver::Stage::Relaunching:
+            m_userDriver->showInstallStatus(NSLocalizedString("Installing update…"), false);
+            break;
+        default:
+            break;
+        }
+    });
+}
+
+void SUUpdater::installUpdate(const SUAppcastItem& item)
+{
+    if (m_driver) {
+        // One prepared in the background needs only to be put in place.
+        if (m_driver->stage() == SUUpdateDriver::Stage::Ready) {
+            showInstallation(m_driver);
+            m_driver->installAndRelaunch();
+        }
+        return;
+    }
+    SUUpdateDriver* driver = makeDriver(item);
+    showInstallation(driver);
+    connect(driver, &SUUpdateDriver::readyToInstall, driver, &SUUpdateDriver::installAndRelaunch);
+    if (m_userDriver)
+        m_userDriver->showDownloadStarted([driver = QPointer(driver)] {
+            if (driver)
+                driver->cancel();
+        });
+    driver->start();
+}
+
+void SUUpdater::prepareForQuit(const SUUpdateFound& update)
+{
+    SUUpdateDriver* driver = m_driver ? m_driver.data() : makeDriver(update.item);
+    const auto announce = [this, update, driver = QPointer(driver)] {
+        NSLog(QStringLiteral("INFO -- Version %1 is ready and will be installed when %2 quits")
+                  .arg(update.newVersion, QCoreApplication::applicationName()));
+        emit updateReadyToInstallAtQuit();
+        if (!m_userDriver)
+            return;
+        m_userDriver->showReadyToInstallAtQuit(update, [this, driver](bool installNow) {
+            if (!installNow || !driver || driver->stage() != SUUpdateDriver::Stage::Ready)
+                return;
+            showInstallation(driver);
+            driver->installAndRelaunch();
+        });
+    };
+    if (driver->stage() == SUUpdateDriver::Stage::Ready) {
+        announce();
+        return;
+    }
+    connect(driver, &SUUpdateDriver::readyToInstall, this, announce);
+    driver->start();
+}
+
+void SUUpdater::applicationWillTerminate()
+{
+    if (!m_driver || m_driver->stage() != SUUpdateDriver::Stage::Ready)
+        return;
+    SUUpdaterError error;
+    if (m_driver->installNow(&error))
+        NSLog(QStringLiteral("INFO -- Version %1 is installed")
+                  .arg(m_driver->item().displayVersion()));
+    else
+        NSLog(QStringLiteral("ERROR -- The update was not installed: %1")
+                  .arg(error.localizedDescription()));
+    delete m_driver.data();
 }

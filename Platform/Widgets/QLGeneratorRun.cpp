@@ -2,6 +2,7 @@
 #include "QLGeneratorRun.h"
 
 #include "Localization.h"
+#include "QLGeneratorContract.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,13 +22,13 @@ constexpr qint64 pageSniffLength = 65536;
 QString exitStatusText(int exitCode)
 {
     switch (exitCode) {
-    case 2:
+    case QLGeneratorContract::Usage:
         return NSLocalizedString(QStringLiteral("usage error"));
-    case 3:
+    case QLGeneratorContract::NotThisKind:
         return NSLocalizedString(QStringLiteral("not a file of this kind"));
-    case 4:
+    case QLGeneratorContract::DamagedFile:
         return NSLocalizedString(QStringLiteral("damaged file"));
-    case 5:
+    case QLGeneratorContract::UnsupportedVariant:
         return NSLocalizedString(QStringLiteral("unsupported variant"));
     default:
         return NSLocalizedString(QStringLiteral("exit status %1")).arg(exitCode);
@@ -48,8 +49,7 @@ QLGeneratorRun::QLGeneratorRun(const QString& executable, const QString& file,
     , m_limits(limits)
 {
     m_process.setProgram(executable);
-    m_process.setArguments({ QStringLiteral("preview"), file, QStringLiteral("--uti"), identifier,
-        QStringLiteral("--out"), outputFolder });
+    m_process.setArguments(QLGeneratorContract::previewArguments(file, identifier, outputFolder));
     // Nobody reads its stdout: a full pipe must not stall the child.
     m_process.setStandardOutputFile(QProcess::nullDevice());
     m_process.setStandardInputFile(QProcess::nullDevice());
@@ -141,7 +141,7 @@ void QLGeneratorRun::processFinished(int exitCode, QProcess::ExitStatus status)
     } else if (status == QProcess::CrashExit) {
         finish(failure(NSLocalizedString(QStringLiteral("The preview generator crashed (%1)."))
                            .arg(QString::fromLocal8Bit(strsignal(exitCode)))));
-    } else if (exitCode != 0) {
+    } else if (exitCode != QLGeneratorContract::Success) {
         const QString message = generatorMessage();
         finish(failure(NSLocalizedString(QStringLiteral("The preview generator stopped: %1"))
                            .arg(message.isEmpty() ? exitStatusText(exitCode) : message)));
@@ -153,7 +153,7 @@ void QLGeneratorRun::processFinished(int exitCode, QProcess::ExitStatus status)
 QLGeneratorOutcome QLGeneratorRun::outcomeOfOutput() const
 {
     const QDir folder(m_outputFolder);
-    const QString page = folder.filePath(QStringLiteral("index.html"));
+    const QString page = folder.filePath(QLGeneratorContract::PageFileName);
     if (QFileInfo(page).isFile()) {
         QFile file(page);
         if (!file.open(QIODevice::ReadOnly) || file.read(pageSniffLength).contains('\0'))

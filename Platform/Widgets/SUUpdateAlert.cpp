@@ -23,7 +23,8 @@ void openLink(const QUrl& url)
 
 }
 
-SUUpdateAlert::SUUpdateAlert(const SUUpdateFound& update, QWidget* parent)
+SUUpdateAlert::SUUpdateAlert(
+    const SUUpdateFound& update, std::function<void(SUUpdateAlertChoice)> reply, QWidget* parent)
     : QDialog(parent)
     , m_downloadPage(update.downloadPage)
 {
@@ -39,12 +40,24 @@ SUUpdateAlert::SUUpdateAlert(const SUUpdateFound& update, QWidget* parent)
     title->setFont(bold);
     layout->addWidget(title);
 
-    auto* informative = new QLabel(NSLocalizedString(
-        QStringLiteral("%1 %2 is now available—you have %3. Would you like to download it now?"))
-                                       .arg(application, update.newVersion, update.currentVersion));
+    const QString question = update.installable
+        ? NSLocalizedString("%1 %2 is now available—you have %3. Would you like to install it now?")
+        : NSLocalizedString(
+            "%1 %2 is now available—you have %3. Would you like to download it now?");
+    auto* informative
+        = new QLabel(question.arg(application, update.newVersion, update.currentVersion));
     informative->setObjectName(QStringLiteral("informative"));
     informative->setWordWrap(true);
     layout->addWidget(informative);
+    if (update.critical) {
+        auto* critical = new QLabel(NSLocalizedString(
+            "This is a critical update: it fixes a problem that the version you have must not go "
+            "on with."));
+        critical->setObjectName(QStringLiteral("critical"));
+        critical->setWordWrap(true);
+        critical->setFont(bold);
+        layout->addWidget(critical);
+    }
 
     if (QWidget* notes = releaseNotes(update.item)) {
         auto* heading = new QLabel(NSLocalizedString(QStringLiteral("Release Notes:")));
@@ -56,13 +69,20 @@ SUUpdateAlert::SUUpdateAlert(const SUUpdateFound& update, QWidget* parent)
     auto* buttons = new QDialogButtonBox;
     m_remindLater = buttons->addButton(
         NSLocalizedString(QStringLiteral("Remind Me Later")), QDialogButtonBox::RejectRole);
-    m_download = buttons->addButton(
-        NSLocalizedString(QStringLiteral("Download…")), QDialogButtonBox::AcceptRole);
-    m_download->setDefault(true);
+    m_install = buttons->addButton(
+        update.installable ? NSLocalizedString("Install Update") : NSLocalizedString("Download…"),
+        QDialogButtonBox::AcceptRole);
+    // Return installs, whichever button has the focus.
+    m_remindLater->setAutoDefault(false);
+    m_install->setDefault(true);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    connect(m_download, &QPushButton::clicked, this, [this] {
-        NSWorkspace::sharedWorkspace().openURL(m_downloadPage);
+    connect(this, &QDialog::rejected, this, [reply] { reply(SUUpdateAlertChoice::RemindLater); });
+    connect(m_install, &QPushButton::clicked, this, [this, reply, update] {
         accept();
+        if (update.installable)
+            reply(SUUpdateAlertChoice::Install);
+        else
+            NSWorkspace::sharedWorkspace().openURL(m_downloadPage);
     });
     layout->addWidget(buttons);
 }

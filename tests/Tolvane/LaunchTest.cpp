@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppleEventManager.h"
 #include "FakeDesktop.h"
+#include "FeedServer.h"
 #include "PropertyList.h"
 #include "SUUpdater.h"
 #include "TLAppDelegate.h"
+#include "TLApplication.h"
 #include "TestEnvironment.h"
 #include "UserDefaults.h"
 #include "VistrelUtilities.h"
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QProcess>
 #include <QPushButton>
 #include <QThread>
 #include <QTimer>
@@ -172,5 +175,113 @@ INSTANTIATE_TEST_SUITE_P(Launches, FinishLaunching,
         FinishCase { "kernel6", "6.1.0", QVariant(), true, true },
         FinishCase { "kernel11", "11.0.0", QVariant(), true, false }),
     [](const auto& info) { return std::string(info.param.name); });
+
+// The application as it runs: a server stands in for the feed, automatic checks are on and the
+// last check is long past, so that a schedule that ran would ask at once.
+void prepareRun(FeedServer& server, const QVariant& lastCheck)
+{
+    UserDefaults& defaults = UserDefaults::standardUserDefaults();
+    defaults.setBool(true, "SUEnableAutomaticChecks");
+    defaults.setObject(lastCheck, "SULastCheckTime");
+    SUUpdater::sharedUpdater()->setFeedURL(server.url("/appcast.xml"));
+}
+
+int visibleWindowsBesides(QWidget* window)
+{
+    int count = 0;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        count += widget->isVisible() && widget != window;
+    return count;
+}
+
+// Part of the launch that never finishes: while the incompatibility alert is up, a later launch
+// hands over a file and the schedule's time has come; neither may do anything.
+TEST(BlockedInstance, HandlesNoForwardedFileAndRequestsNoFeed)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            qputenv("TOLVANE_SYSTEM_VERSION", "3.9.0");
+            FeedServer server;
+            prepareRun(server, QDateTime::currentDateTimeUtc().addDays(-2));
+            const QString document = TestEnvironment::home() + "/Poster.eps";
+            TestEnvironment::writeFile(document, "%!PS-Adobe-3.0 EPSF-3.0\n");
+            QTimer poll;
+            QObject::connect(&poll, &QTimer::timeout, [&] {
+                auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                if (!box)
+                    return;
+                poll.stop();
+                QProcess later;
+                later.start("gdbus",
+                    { "call", "--session", "--dest", "app.tolvane.AppTests", "--object-path",
+                        "/app/tolvane/AppTests", "--method", "org.freedesktop.Application.Open",
+                        "['" + QUrl::fromLocalFile(document).toString() + "']", "{}" });
+                TestEnvironment::waitUntil(
+                    [&] { return later.state() == QProcess::NotRunning; }, 30000);
+                // Long enough for a zero-delay timer and the forwarded request to be handled.
+                TestEnvironment::waitUntil([] { return false; }, 500);
+                std::fprintf(stderr, "forwarded %d windows %d requests %d\n", later.exitCode() == 0,
+                    visibleWindowsBesides(box), int(server.requestLines().size()));
+                for (QAbstractButton* button : box->buttons()) {
+                    if (button->text() == "Cancel")
+                        button->click();
+                }
+            });
+            poll.start(20);
+            TLApplication application(*qApp);
+            application.run();
+            std::exit(3);
+        },
+        testing::ExitedWithCode(0), "forwarded 1 windows 0 requests 0");
+}
+
+TEST(LaunchedInstance, ChecksOnScheduleAfterLaunchingWithTheDelegatesParameters)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            // Past the launch-time check's bound: what comes is the schedule's.
+            qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
+            FeedServer server;
+            prepareRun(server, QDateTime::currentDateTimeUtc().addDays(-2));
+            QTimer poll;
+            QObject::connect(&poll, &QTimer::timeout, [&] {
+                if (server.requestLines().isEmpty())
+                    return;
+                std::fprintf(stderr, "request %s\n", server.requestLines()[0].constData());
+                std::_Exit(0);
+            });
+            poll.start(20);
+            TLApplication application(*qApp);
+            application.run();
+            std::_Exit(3);
+        },
+        testing::ExitedWithCode(0), "request GET /appcast.xml\\?.*type=RA.* HTTP/1.1");
+}
+
+TEST(LaunchedInstance, AFirstStartRecordsTheTimeAndChecksOneIntervalLater)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
+            FeedServer server;
+            prepareRun(server, QVariant());
+            const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
+            QTimer::singleShot(500, [&] {
+                SUUpdater* updater = SUUpdater::sharedUpdater();
+                std::fprintf(stderr, "recorded %d interval %lld requests %d\n",
+                    updater->lastUpdateCheckDate() >= before,
+                    updater->lastUpdateCheckDate().secsTo(updater->nextUpdateCheckDate()),
+                    int(server.requestLines().size()));
+                std::_Exit(0);
+            });
+            TLApplication application(*qApp);
+            application.run();
+            std::_Exit(3);
+        },
+        testing::ExitedWithCode(0), "recorded 1 interval 86400 requests 0");
+}
 
 }

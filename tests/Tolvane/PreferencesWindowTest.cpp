@@ -464,17 +464,29 @@ TEST_F(PreferencesWindowTest, TheControlsShowStoredValuesAndFollowLaterChanges)
     EXPECT_EQ(defaults().objectForKey(imageBackgroundColorName), QVariant("Gray"));
 }
 
-TEST_F(PreferencesWindowTest, AValueTheWindowDoesNotKnowIsKept)
+// The window shows what the generator draws by: values it cannot take show as the default and
+// stay stored as they are until the user picks another.
+TEST_F(PreferencesWindowTest, AValueTheWindowDoesNotKnowShowsTheDefaultAndIsKept)
 {
     defaults().setInteger(9, TLPrefInDesignSpreadMode);
     defaults().setInteger(17, imageBackgroundColorTag);
     defaults().setObject(imageBackgroundColorNameBlack, imageBackgroundColorName);
     auto controller = makeController();
-    EXPECT_EQ(control<QComboBox>(*controller, "inDesignSpreadModeComboBox")->currentIndex(), -1);
+    EXPECT_EQ(control<QComboBox>(*controller, "inDesignSpreadModeComboBox")->currentIndex(), 1);
     // An unknown tag falls back to the name.
     EXPECT_EQ(control<QComboBox>(*controller, "backgroundColorComboBox")->currentText(), "Black");
     EXPECT_EQ(defaults().objectForKey(TLPrefInDesignSpreadMode), QVariant(qint64(9)));
     EXPECT_EQ(defaults().objectForKey(imageBackgroundColorTag), QVariant(qint64(17)));
+}
+
+// Text where numbers and booleans belong reads as the generator reads it (SettingsEffectTest).
+TEST_F(PreferencesWindowTest, StoredTextShowsAsTheGeneratorReadsIt)
+{
+    defaults().setObject(QStringLiteral("0.0"), showFontsInPreview);
+    defaults().setObject(QStringLiteral("2abc"), TLPreviewMode);
+    auto controller = makeController();
+    EXPECT_FALSE(control<QCheckBox>(*controller, "showFontsCheckBox")->isChecked());
+    EXPECT_EQ(control<QComboBox>(*controller, "previewModeComboBox")->currentIndex(), 2);
 }
 
 TEST_F(PreferencesWindowTest, TheLastUpdateCheckIsShownAsARelativeDate)

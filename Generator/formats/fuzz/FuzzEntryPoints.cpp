@@ -3,9 +3,15 @@
 
 #include "DscComments.h"
 #include "FileKindSniffer.h"
-#include "InDesignContainer.h"
+#include "IdmlPackage.h"
+#include "InxDocument.h"
 #include "SwatchExchange.h"
 #include "XmpMetadata.h"
+#include "ZipArchive.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
 
 namespace FuzzEntryPoints {
 
@@ -51,62 +57,110 @@ namespace {
         for (const Formats::XmpThumbnail& thumbnail : metadata.thumbnails)
             imageBytes += thumbnail.image.size();
         // Base64 only ever shrinks what it encodes.
-        return metadata.packetOffset >= 0 && std::size_t(metadata.packetOffset) <= size
-            && std::size_t(imageBytes) <= size;
+        return std::size_t(imageBytes) <= size;
+    }
+
+    bool swatchExchange(const std::uint8_t* data, std::size_t size)
+    {
+        const auto result = Formats::parseSwatchExchange(view(data, size));
+        if (!result)
+            return failureIsExplained(result);
+        // Every block takes at least six bytes.
+        return swatchesHold(result->swatches) && groupsHold(result->groups, 1) && size >= 12;
+    }
+
+    bool xmpPacket(const std::uint8_t* data, std::size_t size)
+    {
+        const auto result = Formats::parseXmpPacket(view(data, size));
+        return result ? metadataHolds(*result, size) : failureIsExplained(result);
+    }
+
+    // exempi's file handlers, which choose themselves by the bytes of a file without a telling
+    // name: PDF, PostScript, EPS, InDesign, or packet scanning.
+    bool xmpFile(const std::uint8_t* data, std::size_t size)
+    {
+        static QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("document"));
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)
+            || file.write(reinterpret_cast<const char*>(data), qint64(size)) != qint64(size))
+            return true; // nothing to test without the file
+        file.close();
+        const auto result = Formats::readXmpOfFile(path);
+        return result ? metadataHolds(*result, size) : failureIsExplained(result);
+    }
+
+    bool dscComments(const std::uint8_t* data, std::size_t size)
+    {
+        const auto result = Formats::parseDscComments(view(data, size));
+        // The sniffer reads the same kind of bytes and must not trip on them either.
+        Formats::sniffFileKind(view(data, size), QStringLiteral("fuzz.eps"));
+        if (!result)
+            return failureIsExplained(result);
+        const Formats::DscDocument& document = *result;
+        return document.postScriptOffset >= 0
+            && std::size_t(document.postScriptOffset + document.postScriptLength) <= size
+            && (!document.preview || std::size_t(document.preview->data.size()) <= size)
+            && document.nestedDocuments >= 0;
+    }
+
+    bool zip(const std::uint8_t* data, std::size_t size)
+    {
+        Formats::ZipLimits limits;
+        limits.maxTotalSize = 16 * 1024 * 1024;
+        const auto result = Formats::readZip(
+            view(data, size), [](const QString&) { return true; }, limits);
+        if (!result)
+            return failureIsExplained(result);
+        qint64 total = 0;
+        for (const auto& [name, contents] : result->entries)
+            total += contents.size();
+        return total <= limits.maxTotalSize && result->names.size() <= limits.maxEntries;
+    }
+
+    bool interchangePartsHold(const Formats::ParseResult<Formats::InterchangeParts>& result)
+    {
+        if (!result)
+            return failureIsExplained(result);
+        for (const QString& problem : result->problems) {
+            if (problem.isEmpty())
+                return false;
+        }
+        return result->spreadCount >= 0;
+    }
+
+    bool idml(const std::uint8_t* data, std::size_t size)
+    {
+        Formats::ZipLimits limits;
+        limits.maxTotalSize = 16 * 1024 * 1024;
+        Formats::isIdmlPackage(view(data, size));
+        return interchangePartsHold(Formats::readIdmlPackage(view(data, size), limits));
+    }
+
+    bool inx(const std::uint8_t* data, std::size_t size)
+    {
+        return interchangePartsHold(Formats::readInxDocument(view(data, size)));
     }
 
 }
 
-bool swatchExchange(const std::uint8_t* data, std::size_t size)
+std::vector<Target> targets()
 {
-    const auto result = Formats::parseSwatchExchange(view(data, size));
-    if (!result)
-        return failureIsExplained(result);
-    // Every block takes at least six bytes.
-    return swatchesHold(result->swatches) && groupsHold(result->groups, 1) && size >= 12;
+    std::vector<Target> all { { "swatch_exchange", swatchExchange },
+        { "dsc_comments", dscComments }, { "xmp", xmpPacket }, { "xmp_file", xmpFile },
+        { "zip", zip }, { "idml", idml }, { "inx", inx } };
+    for (Target& target : optionalTargets())
+        all.push_back(std::move(target));
+    return all;
 }
 
-bool inDesignContainer(const std::uint8_t* data, std::size_t size)
+EntryPoint entryPoint(const std::string& name)
 {
-    const auto result = Formats::walkInDesignContainer(view(data, size));
-    if (!result)
-        return failureIsExplained(result);
-    qint64 previousEnd = qint64(result->pageCount) * 4096;
-    for (const Formats::InDesignObject& object : result->objects) {
-        const qint64 end = object.offset + 64 + object.length;
-        if (object.offset < previousEnd || end > qint64(size))
-            return false;
-        previousEnd = end;
+    for (const Target& target : targets()) {
+        if (target.name == name)
+            return target.run;
     }
-    if (std::size_t(result->xmp.size()) > size)
-        return false;
-    if (!result->xmp.isEmpty()) {
-        const auto xmp = Formats::parseXmpPacket(result->xmp);
-        return failureIsExplained(xmp) && (!xmp || metadataHolds(*xmp, size));
-    }
-    return true;
-}
-
-bool xmp(const std::uint8_t* data, std::size_t size)
-{
-    const auto result = Formats::extractXmp(view(data, size));
-    if (!result)
-        return failureIsExplained(result);
-    return metadataHolds(*result, size);
-}
-
-bool dscComments(const std::uint8_t* data, std::size_t size)
-{
-    const auto result = Formats::parseDscComments(view(data, size));
-    // The sniffer reads the same kind of bytes and must not trip on them either.
-    Formats::sniffFileKind(view(data, size), QStringLiteral("fuzz.eps"));
-    if (!result)
-        return failureIsExplained(result);
-    const Formats::DscDocument& document = *result;
-    return document.postScriptOffset >= 0
-        && std::size_t(document.postScriptOffset + document.postScriptLength) <= size
-        && (!document.preview || std::size_t(document.preview->data.size()) <= size)
-        && document.nestedDocuments >= 0;
+    return nullptr;
 }
 
 }

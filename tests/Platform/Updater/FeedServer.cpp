@@ -19,12 +19,35 @@ FeedServer::FeedServer()
     answer(200, {});
 }
 
+QByteArray FeedServer::response(int status, const QByteArray& body, const QByteArray& contentType)
+{
+    return "HTTP/1.1 " + QByteArray::number(status) + (status < 400 ? " OK" : " Not Found")
+        + "\r\nContent-Type: " + contentType + "\r\nContent-Length: "
+        + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body;
+}
+
 void FeedServer::answer(int status, const QByteArray& body, const QByteArray& contentType)
 {
     m_answers = true;
-    m_response = "HTTP/1.1 " + QByteArray::number(status) + (status < 400 ? " OK" : " Not Found")
-        + "\r\nContent-Type: " + contentType + "\r\nContent-Length: "
-        + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body;
+    m_response = response(status, body, contentType);
+}
+
+void FeedServer::answerPath(
+    const QByteArray& path, int status, const QByteArray& body, const QByteArray& contentType)
+{
+    m_paths[path] = { response(status, body, contentType) };
+}
+
+void FeedServer::truncatePath(const QByteArray& path, const QByteArray& body, qsizetype sent)
+{
+    const QByteArray whole = response(200, body, "application/octet-stream");
+    m_paths[path] = { whole.left(whole.size() - body.size() + sent) };
+}
+
+void FeedServer::stallPath(const QByteArray& path, const QByteArray& body, qsizetype sent)
+{
+    const QByteArray whole = response(200, body, "application/octet-stream");
+    m_paths[path] = { whole.left(whole.size() - body.size() + sent), false };
 }
 
 QUrl FeedServer::url(const QString& pathAndQuery) const
@@ -40,11 +63,16 @@ void FeedServer::readRequest(QTcpSocket* socket)
     socket->setProperty("buffer", buffer);
     if (!buffer.contains("\r\n\r\n"))
         return;
-    m_requestLines.append(buffer.left(buffer.indexOf("\r\n")));
+    const QByteArray requestLine = buffer.left(buffer.indexOf("\r\n"));
+    m_requestLines.append(requestLine);
+    socket->setProperty("buffer", QByteArray());
     if (!m_answers)
         return;
-    socket->write(m_response);
-    socket->disconnectFromHost();
+    const QByteArray path = requestLine.split(' ').value(1).split('?').value(0);
+    const Response answer = m_paths.value(path, { m_response });
+    socket->write(answer.bytes);
+    if (answer.close)
+        socket->disconnectFromHost();
 }
 
 bool spinUntil(const std::function<bool()>& condition, int timeoutMs)

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QMap>
 #include <QObject>
 #include <QTcpServer>
 #include <QUrl>
@@ -10,8 +11,9 @@
 
 class QTcpSocket;
 
-// A one-route HTTP server on 127.0.0.1 for the updater's tests: it records every request line and
-// answers each request with the same canned response, or never answers at all.
+// An HTTP server on 127.0.0.1 for the updater's tests: it records every request line and answers
+// each request with a canned response, the one of its path or else the default one, or never
+// answers at all.
 class FeedServer : public QObject {
     Q_OBJECT
 public:
@@ -19,6 +21,13 @@ public:
 
     void answer(int status, const QByteArray& body,
         const QByteArray& contentType = "application/rss+xml; charset=utf-8");
+    // The answer for one path (without the query).
+    void answerPath(const QByteArray& path, int status, const QByteArray& body,
+        const QByteArray& contentType = "application/octet-stream");
+    // For this path: announces the whole body, sends only its first `sent` bytes and closes.
+    void truncatePath(const QByteArray& path, const QByteArray& body, qsizetype sent);
+    // For this path: announces the body, sends its first `sent` bytes and then nothing more.
+    void stallPath(const QByteArray& path, const QByteArray& body, qsizetype sent);
     // Accepts connections and reads the requests, but sends nothing back.
     void neverAnswer() { m_answers = false; }
 
@@ -28,11 +37,17 @@ public:
     QList<QByteArray> requestLines() const { return m_requestLines; }
 
 private:
+    struct Response {
+        QByteArray bytes;
+        bool close = true;
+    };
+    static QByteArray response(int status, const QByteArray& body, const QByteArray& contentType);
     void readRequest(QTcpSocket* socket);
 
     QTcpServer m_server;
     bool m_answers = true;
     QByteArray m_response;
+    QMap<QByteArray, Response> m_paths;
     QList<QByteArray> m_requestLines;
 };
 

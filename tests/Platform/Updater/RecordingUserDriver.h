@@ -4,33 +4,69 @@
 #include "SUUpdaterDelegate.h"
 #include "SUUserDriver.h"
 
+#include <QPair>
 #include <QStringList>
+#include <functional>
 #include <optional>
 #include <stdexcept>
 
-// Records what the updater asks to show, in order: "notFound", "found", "error".
+// Records what the updater asks to show, in order: "notFound", "found", "error", "download",
+// "status:<text>", "dismiss", "readyAtQuit" (progress is counted, not listed). It answers a found
+// update and the notice of an install at quit as told.
 class RecordingUserDriver : public SUUserDriver {
 public:
-    void showUpdateNotFound(const QString& currentVersion) override
+    void showUpdateNotFound(const QString& currentVersion, const QString& text) override
     {
         calls.append("notFound");
         upToDateVersion = currentVersion;
+        note = text;
     }
-    void showUpdateFound(const SUUpdateFound& update) override
+    void showUpdateFound(
+        const SUUpdateFound& update, std::function<void(SUUpdateAlertChoice)> reply) override
     {
         calls.append("found");
         found = update;
+        if (answer)
+            reply(*answer);
     }
     void showUpdaterError(const SUUpdaterError& updaterError) override
     {
         calls.append("error");
         error = updaterError;
     }
+    void showDownloadStarted(std::function<void()> cancelDownload) override
+    {
+        calls.append("download");
+        cancel = cancelDownload;
+    }
+    void showDownloadProgress(qint64 received, qint64 total) override
+    {
+        ++progressCalls;
+        lastProgress = { received, total };
+    }
+    void showInstallStatus(const QString& status, bool) override
+    {
+        calls.append("status:" + status);
+    }
+    void dismissUpdateInstallation() override { calls.append("dismiss"); }
+    void showReadyToInstallAtQuit(
+        const SUUpdateFound& update, std::function<void(bool)> reply) override
+    {
+        calls.append("readyAtQuit");
+        found = update;
+        installNow = reply;
+    }
 
     QStringList calls;
     QString upToDateVersion;
+    QString note;
     std::optional<SUUpdateFound> found;
     std::optional<SUUpdaterError> error;
+    std::optional<SUUpdateAlertChoice> answer;
+    std::function<void()> cancel;
+    std::function<void(bool)> installNow;
+    int progressCalls = 0;
+    QPair<qint64, qint64> lastProgress;
 };
 
 // Gives fixed feed parameters (or throws, like a delegate that fails half-way) and records the

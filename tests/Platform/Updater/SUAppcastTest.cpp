@@ -121,4 +121,52 @@ TEST(AppcastBestItem, KeepsTheFirstOfEqualVersionsAndSkipsUnmetSystems)
     EXPECT_FALSE(demanding->bestItem("11.9"));
 }
 
+TEST(AppcastBestItem, HonoursTheMaximumSystemVersionInclusively)
+{
+    const auto appcast = SUAppcast::fromData(
+        feedWithItems("<item><sparkle:version>3.0</sparkle:version>"
+                      "<sparkle:minimumSystemVersion>5.0</sparkle:minimumSystemVersion>"
+                      "<sparkle:maximumSystemVersion>6.1</sparkle:maximumSystemVersion></item>"
+                      "<item><sparkle:version>2.0</sparkle:version></item>"));
+    ASSERT_TRUE(appcast);
+    EXPECT_EQ(appcast->bestItem("6.1.0")->versionString, "3.0");
+    EXPECT_EQ(appcast->bestItem("6.1.5")->versionString, "2.0");
+    EXPECT_EQ(appcast->bestItem("4.19")->versionString, "2.0");
+    EXPECT_EQ(appcast->newestItem()->versionString, "3.0");
+}
+
+// Published a day and a half ago, one more of the seven groups each day.
+TEST(AppcastRollout, ReachesOneMoreGroupEachIntervalUnlessCriticalOrAskedFor)
+{
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const QByteArray published = now.addSecs(-36 * 3600).toString(Qt::RFC2822Date).toUtf8();
+    const auto appcast = SUAppcast::fromData(
+        feedWithItems("<item><sparkle:version>2.0</sparkle:version><pubDate>" + published
+            + "</pubDate>"
+              "<sparkle:phasedRolloutInterval>86400</sparkle:phasedRolloutInterval></item>"
+              "<item><sparkle:version>1.9</sparkle:version></item>"
+              "<item><sparkle:version>1.8</sparkle:version><pubDate>"
+            + published
+            + "</pubDate>"
+              "<sparkle:phasedRolloutInterval>86400</sparkle:phasedRolloutInterval>"
+              "<sparkle:criticalUpdate sparkle:version=\"1.5\"/></item>"));
+    ASSERT_TRUE(appcast);
+    const auto best = [&](int group, const QString& host) {
+        return appcast->bestItem("6.1.0", { group, now, host })->versionString;
+    };
+    EXPECT_EQ(best(0, "1.0"), "2.0");
+    EXPECT_EQ(best(1, "1.0"), "2.0");
+    EXPECT_EQ(best(2, "1.0"), "1.9");
+    EXPECT_EQ(best(6, "1.0"), "1.9");
+    EXPECT_EQ(best(-1, "1.0"), "2.0"); // a check the user started
+
+    const SUAppcastItem& critical = appcast->items()[2];
+    EXPECT_TRUE(critical.isCriticalFor("1.4"));
+    EXPECT_FALSE(critical.isCriticalFor("1.5"));
+    const SUAppcastRollout lastGroup { 6, now, "1.4" };
+    EXPECT_TRUE(lastGroup.reaches(critical));
+    const SUAppcastRollout lastGroupPastTheFix { 6, now, "1.5" };
+    EXPECT_FALSE(lastGroupPastTheFix.reaches(critical));
+}
+
 }

@@ -127,6 +127,16 @@ TEST_F(FeedOutcome, FoundUpdateCarriesVersionsNotesAndDownloadPage)
     EXPECT_TRUE(driver.found->userInitiated);
 }
 
+TEST_F(FeedOutcome, UpToDateNamesANewerVersionForAnotherSystem)
+{
+    updater->setHostVersion("2.0");
+    ASSERT_TRUE(check(true));
+    EXPECT_EQ(driver.calls, QStringList { "notFound" });
+    EXPECT_EQ(driver.note,
+        "updater_tests 2.1 is available, but it needs system version 99.0 or later; this system "
+        "is 6.1.0.");
+}
+
 TEST_F(FeedOutcome, ServerErrorNamesTheStatus)
 {
     server.answer(404, "gone");

@@ -109,15 +109,36 @@ TEST_F(UpdaterSettings, ReadTextValuesLikeTheDefaultsDo)
 
 using Schedule = UpdaterFixture;
 
-TEST_F(Schedule, ChecksAtOnceWhenNeverCheckedBefore)
+TEST_F(Schedule, AFirstStartRecordsTheTimeAndChecksOneIntervalLater)
 {
-    updater->setHostVersion("2.0");
+    const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
     updater->setAutomaticallyChecksForUpdates(true);
-    ASSERT_TRUE(spinUntil([&] { return finishedChecks == 1; }));
-    EXPECT_EQ(server.requestLines().size(), 1);
-    EXPECT_TRUE(driver.calls.isEmpty()); // a scheduled check is a background check
-    // The next one is a whole interval after this one.
-    EXPECT_EQ(updater->nextUpdateCheckDate(), updater->lastUpdateCheckDate().addSecs(86400));
+    const QDateTime recorded = updater->lastUpdateCheckDate();
+    EXPECT_GE(recorded, before);
+    EXPECT_EQ(updater->nextUpdateCheckDate(), recorded.addSecs(86400));
+    spinFor(300); // long enough for a zero-delay timer to fire
+    EXPECT_TRUE(server.requestLines().isEmpty());
+}
+
+TEST(ScheduleStart, NothingIsRequestedBeforeTheUpdaterStartsAndThenWithTheParameters)
+{
+    FeedServer server;
+    server.answer(200, "<rss><channel><item><sparkle:version/></item></channel></rss>");
+    UserDefaults defaults(QStringLiteral("app.tolvane.ScheduleStartTest"));
+    defaults.setBool(true, "SUEnableAutomaticChecks");
+    defaults.setObject(QDateTime::currentDateTimeUtc().addDays(-2), "SULastCheckTime");
+    SUUpdater updater(defaults, QStringLiteral("1.0"));
+    updater.setFeedURL(server.url("/appcast.xml"));
+    RecordingDelegate delegate;
+    delegate.parameters = { { { "key", "type" }, { "value", "RA" } } };
+    updater.setDelegate(&delegate);
+    spinFor(300);
+    EXPECT_TRUE(server.requestLines().isEmpty());
+    EXPECT_FALSE(updater.nextUpdateCheckDate().isValid());
+
+    updater.startUpdater();
+    ASSERT_TRUE(spinUntil([&] { return !server.requestLines().isEmpty(); }));
+    EXPECT_EQ(server.requestLines()[0], "GET /appcast.xml?type=RA HTTP/1.1");
 }
 
 TEST_F(Schedule, ChecksWhenTheIntervalHasPassed)
@@ -165,6 +186,7 @@ TEST_F(Schedule, StopsWhenAutomaticChecksAreTurnedOff)
 
 TEST_F(Schedule, FollowsTheSettingWrittenDirectlyToTheDefaults)
 {
+    defaults->setObject(QDateTime::currentDateTimeUtc().addDays(-2), "SULastCheckTime");
     defaults->setBool(true, "SUEnableAutomaticChecks");
     ASSERT_TRUE(spinUntil([&] { return finishedChecks == 1; }));
     EXPECT_EQ(server.requestLines().size(), 1);

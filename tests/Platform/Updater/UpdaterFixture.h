@@ -29,6 +29,7 @@ protected:
             updater.get(), &SUUpdater::updateCheckFinished, [this] { ++finishedChecks; });
         server.answer(
             200, TestEnvironment::readFile(TestEnvironment::dataPath("updater/appcast.xml")));
+        updater->startUpdater();
     }
 
     // Runs one check to its end; false when it did not end within the time given.

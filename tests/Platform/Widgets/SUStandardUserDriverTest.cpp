@@ -2,12 +2,14 @@
 #include "SUStandardUserDriver.h"
 
 #include "FakeDesktop.h"
+#include "SUStatusWindow.h"
 #include "SUUpdateAlert.h"
 #include "TestEnvironment.h"
 
 #include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
 #include <QTextBrowser>
@@ -31,6 +33,11 @@ protected:
         return found;
     }
 
+    std::function<void(SUUpdateAlertChoice)> recordChoice()
+    {
+        return [this](SUUpdateAlertChoice choice) { m_choices.append(choice); };
+    }
+
     static QString label(QWidget* window, const char* name)
     {
         auto* found = window->findChild<QLabel*>(QString::fromLatin1(name));
@@ -39,11 +46,12 @@ protected:
 
     FakeOpener m_opener;
     SUStandardUserDriver m_driver;
+    QList<SUUpdateAlertChoice> m_choices;
 };
 
 TEST_F(UserDriverTest, UpToDateNamesTheRunningVersion)
 {
-    m_driver.showUpdateNotFound(QStringLiteral("1.0.3"));
+    m_driver.showUpdateNotFound(QStringLiteral("1.0.3"), {});
     auto* box = qobject_cast<QMessageBox*>(m_driver.window());
     ASSERT_NE(box, nullptr);
     EXPECT_TRUE(box->isVisible());
@@ -68,16 +76,18 @@ TEST_F(UserDriverTest, ErrorsShowTheirDescription)
 
 TEST_F(UserDriverTest, ANewWindowReplacesTheOpenOne)
 {
-    m_driver.showUpdateNotFound(QStringLiteral("1.0"));
+    m_driver.showUpdateNotFound(QStringLiteral("1.0"), {});
     QPointer<QWidget> first = m_driver.window();
-    m_driver.showUpdateFound(update(QStringLiteral("Fixes.")));
-    EXPECT_TRUE(first.isNull());
+    m_driver.showUpdateFound(update(QStringLiteral("Fixes.")), recordChoice());
+    EXPECT_FALSE(first->isVisible());
+    EXPECT_TRUE(TestEnvironment::waitUntil([&] { return first.isNull(); }, 5000));
     EXPECT_NE(qobject_cast<SUUpdateAlert*>(m_driver.window()), nullptr);
 }
 
 TEST_F(UserDriverTest, UpdateFoundShowsVersionsAndNotes)
 {
-    m_driver.showUpdateFound(update(QStringLiteral("<ul><li>Faster <b>previews</b></li></ul>")));
+    m_driver.showUpdateFound(
+        update(QStringLiteral("<ul><li>Faster <b>previews</b></li></ul>")), recordChoice());
     auto* alert = qobject_cast<SUUpdateAlert*>(m_driver.window());
     ASSERT_NE(alert, nullptr);
     EXPECT_FALSE(alert->isModal());
@@ -88,20 +98,20 @@ TEST_F(UserDriverTest, UpdateFoundShowsVersionsAndNotes)
     auto* notes = alert->findChild<QTextBrowser*>(QStringLiteral("releaseNotes"));
     ASSERT_NE(notes, nullptr);
     EXPECT_EQ(notes->toPlainText().trimmed(), QStringLiteral("Faster previews"));
-    EXPECT_EQ(alert->downloadButton()->text(), QStringLiteral("Download…"));
+    EXPECT_EQ(alert->installButton()->text(), QStringLiteral("Download…"));
     EXPECT_EQ(alert->remindLaterButton()->text(), QStringLiteral("Remind Me Later"));
 }
 
 TEST_F(UserDriverTest, PlainNotesStayPlainAndANotesPageIsALink)
 {
-    m_driver.showUpdateFound(update(QStringLiteral("a < b & c")));
+    m_driver.showUpdateFound(update(QStringLiteral("a < b & c")), recordChoice());
     auto* notes = m_driver.window()->findChild<QTextBrowser*>(QStringLiteral("releaseNotes"));
     ASSERT_NE(notes, nullptr);
     EXPECT_EQ(notes->toPlainText(), QStringLiteral("a < b & c"));
 
     SUUpdateFound withPage = update(QString());
     withPage.item.releaseNotesURL = QUrl(QStringLiteral("https://tolvane.example/notes/1.2.html"));
-    m_driver.showUpdateFound(withPage);
+    m_driver.showUpdateFound(withPage, recordChoice());
     EXPECT_EQ(m_driver.window()->findChild<QTextBrowser*>(), nullptr);
     EXPECT_TRUE(
         label(m_driver.window(), "releaseNotesLink").contains(QStringLiteral("notes/1.2.html")));
@@ -109,9 +119,9 @@ TEST_F(UserDriverTest, PlainNotesStayPlainAndANotesPageIsALink)
 
 TEST_F(UserDriverTest, DownloadOpensTheDownloadPage)
 {
-    m_driver.showUpdateFound(update(QStringLiteral("Fixes.")));
+    m_driver.showUpdateFound(update(QStringLiteral("Fixes.")), recordChoice());
     QPointer<QWidget> window = m_driver.window();
-    qobject_cast<SUUpdateAlert*>(window.data())->downloadButton()->click();
+    qobject_cast<SUUpdateAlert*>(window.data())->installButton()->click();
     EXPECT_TRUE(
         TestEnvironment::waitUntil([&] { return !m_opener.recordedArguments().isEmpty(); }, 5000));
     EXPECT_EQ(m_opener.recordedArguments(),
@@ -121,12 +131,83 @@ TEST_F(UserDriverTest, DownloadOpensTheDownloadPage)
 
 TEST_F(UserDriverTest, RemindMeLaterOpensNothing)
 {
-    m_driver.showUpdateFound(update(QStringLiteral("Fixes.")));
+    m_driver.showUpdateFound(update(QStringLiteral("Fixes.")), recordChoice());
     QPointer<QWidget> window = m_driver.window();
     qobject_cast<SUUpdateAlert*>(window.data())->remindLaterButton()->click();
     EXPECT_TRUE(TestEnvironment::waitUntil([&] { return window.isNull(); }, 5000));
     QTest::qWait(200);
     EXPECT_TRUE(m_opener.recordedArguments().isEmpty());
+    EXPECT_EQ(m_choices, QList { SUUpdateAlertChoice::RemindLater });
+}
+
+TEST_F(UserDriverTest, AnInstallableUpdateIsInstalledNotDownloadedByHand)
+{
+    SUUpdateFound found = update(QStringLiteral("Fixes."));
+    found.installable = true;
+    found.critical = true;
+    // As the updater does: the answer opens the progress window in place of the alert.
+    m_driver.showUpdateFound(found, [this](SUUpdateAlertChoice choice) {
+        m_choices.append(choice);
+        m_driver.showDownloadStarted([] {});
+    });
+    auto* alert = qobject_cast<SUUpdateAlert*>(m_driver.window());
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(alert->installButton()->text(), QStringLiteral("Install Update"));
+    EXPECT_FALSE(label(alert, "critical").isEmpty());
+    QPointer<QWidget> alertWindow = alert;
+    QTest::keyClick(alert, Qt::Key_Return);
+    EXPECT_EQ(m_choices, QList { SUUpdateAlertChoice::Install });
+    EXPECT_NE(qobject_cast<SUStatusWindow*>(m_driver.window()), nullptr);
+    EXPECT_TRUE(TestEnvironment::waitUntil([&] { return alertWindow.isNull(); }, 5000));
+    QTest::qWait(200);
+    EXPECT_TRUE(m_opener.recordedArguments().isEmpty());
+}
+
+TEST_F(UserDriverTest, ProgressShowsBytesAndTimeLeftAndCancelsUntilInstalling)
+{
+    int cancels = 0;
+    m_driver.showDownloadStarted([&] { ++cancels; });
+    auto* status = qobject_cast<SUStatusWindow*>(m_driver.window());
+    ASSERT_NE(status, nullptr);
+    EXPECT_FALSE(status->isModal());
+    m_driver.showDownloadProgress(5 * 1024 * 1024, 20 * 1024 * 1024);
+    EXPECT_EQ(status->progressBar()->value(), 250);
+    EXPECT_EQ(status->detailText(), QStringLiteral("5.0 MB of 20.0 MB"));
+    // 5 MB in 10 s: 15 MB more take 30 s.
+    EXPECT_EQ(SUStatusWindow::downloadDetail(5 << 20, 20 << 20, 10000),
+        QStringLiteral("5.0 MB of 20.0 MB (about 30 seconds left)"));
+    EXPECT_EQ(SUStatusWindow::downloadDetail(1 << 20, 200 << 20, 60000),
+        QStringLiteral("1.0 MB of 200.0 MB (about 4 hours left)"));
+
+    QTest::keyClick(status, Qt::Key_Return); // Return is not Cancel
+    EXPECT_EQ(cancels, 0);
+    m_driver.showInstallStatus(QStringLiteral("Installing update…"), false);
+    QTest::keyClick(status, Qt::Key_Escape);
+    EXPECT_EQ(cancels, 0);
+    EXPECT_TRUE(status->isVisible());
+    m_driver.showInstallStatus(QStringLiteral("Extracting update…"), true);
+    status->cancelButton()->click();
+    EXPECT_EQ(cancels, 1);
+    m_driver.dismissUpdateInstallation();
+    EXPECT_TRUE(TestEnvironment::waitUntil([&] { return m_driver.window() == nullptr; }, 5000));
+}
+
+TEST_F(UserDriverTest, TheNoticeOfAnInstallAtQuitOffersToInstallNow)
+{
+    QList<bool> replies;
+    m_driver.showReadyToInstallAtQuit(
+        update(QStringLiteral("Fixes.")), [&](bool now) { replies.append(now); });
+    auto* box = qobject_cast<QMessageBox*>(m_driver.window());
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->informativeText(),
+        QStringLiteral("Tolvane 1.2 will be installed when you quit Tolvane."));
+    EXPECT_EQ(box->defaultButton()->text(), QStringLiteral("Install on Quit"));
+    QTest::keyClick(box, Qt::Key_Escape);
+    for (QAbstractButton* button : box->buttons()) {
+        if (button->text() == QStringLiteral("Install and Relaunch"))
+            button->click();
+    }
+    EXPECT_EQ(replies, QList({ false, true }));
 }
 
 }

@@ -4,7 +4,10 @@
 coloured rectangle with its number, and a catalog XMP packet as Illustrator writes one (creator
 tool, page count, fonts, swatch groups, a manifest of linked files).
 
-    make-illustrator-like.py OUT.ai PAGES
+    make-illustrator-like.py OUT.ai PAGES [--names-in-their-script]
+
+With --names-in-their-script the swatch group, swatches, a font and a link are named in German
+and Japanese, as Illustrator writes them into the XMP: UTF-8.
 """
 import sys
 import zlib
@@ -20,6 +23,16 @@ SWATCHES = [  # name, mode, type, components
     ("Gold Spot", "CMYK", "SPOT", [("cyan", 0), ("magenta", 20), ("yellow", 60), ("black", 20)]),
 ]
 LINKS = ["links/photo one.png", "/nonexistent/missing image.tif"]
+GROUP = "Default Swatch Group"
+
+SCRIPT_FONTS = [("KozMinPr6N-Regular", "小塚明朝 Pr6N", "R", "Open Type", "KozMinPr6N-Regular.otf")]
+SCRIPT_SWATCHES = [
+    ("Weiß", "CMYK", "PROCESS", [("cyan", 0), ("magenta", 0), ("yellow", 0), ("black", 0)]),
+    ("défaut", "RGB", "PROCESS", [("red", 10), ("green", 20), ("blue", 30)]),
+    ("赤", "CMYK", "SPOT", [("cyan", 0), ("magenta", 100), ("yellow", 100), ("black", 0)]),
+]
+SCRIPT_LINKS = ["/Aufträge/Verknüpfungen/Bild ä.tif"]
+SCRIPT_GROUP = "Standard-Farbfeldgruppe 見本"
 
 
 def xmp(pages):
@@ -50,7 +63,7 @@ def xmp(pages):
 <xmpTPg:NPages>{pages}</xmpTPg:NPages>
 <xmpTPg:Fonts><rdf:Bag>{fonts}</rdf:Bag></xmpTPg:Fonts>
 <xmpTPg:SwatchGroups><rdf:Seq><rdf:li rdf:parseType="Resource">
-<xmpG:groupName>Default Swatch Group</xmpG:groupName><xmpG:groupType>0</xmpG:groupType>
+<xmpG:groupName>{GROUP}</xmpG:groupName><xmpG:groupType>0</xmpG:groupType>
 <xmpG:Colorants><rdf:Seq>{swatches}</rdf:Seq></xmpG:Colorants></rdf:li></rdf:Seq></xmpTPg:SwatchGroups>
 <xmpMM:Manifest><rdf:Seq>{links}</rdf:Seq></xmpMM:Manifest>
 </rdf:Description>
@@ -100,7 +113,9 @@ def pdf(pages):
 
 
 if __name__ == "__main__":
-    if len(sys.argv) != 3:
+    if len(sys.argv) == 4 and sys.argv[3] == "--names-in-their-script":
+        FONTS, SWATCHES, LINKS, GROUP = SCRIPT_FONTS, SCRIPT_SWATCHES, SCRIPT_LINKS, SCRIPT_GROUP
+    elif len(sys.argv) != 3:
         sys.exit(__doc__)
     with open(sys.argv[1], "wb") as f:
         f.write(pdf(int(sys.argv[2])))

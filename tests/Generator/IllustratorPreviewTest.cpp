@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Illustrator documents as designers save them in any language: names in their own script, and
+// documents saved without PDF content recognised by their structure, not by the notice's words.
+#include "GeneratorProcess.h"
+#include "TestEnvironment.h"
+
+#include <QDir>
+#include <gtest/gtest.h>
+
+using namespace GeneratorProcess;
+
+namespace {
+
+QString previewPage(const QString& file, const QString& out)
+{
+    const Outcome run = runGenerator({ "preview", file, "--out", out });
+    EXPECT_EQ(run.exitCode, 0) << run.standardError.toStdString();
+    return QString::fromUtf8(TestEnvironment::readFile(out + QStringLiteral("/index.html")));
+}
+
+// The metadata is UTF-8; the catalog's packet read as PDF text would turn "ß" into "ÃŸ".
+TEST(IllustratorPreview, NamesShowInTheirOwnScript)
+{
+    const QString html = previewPage(generatorData("illustrator-like-names.ai"),
+        TestEnvironment::home() + QStringLiteral("/out"));
+    for (const QString& name : { QStringLiteral("Standard-Farbfeldgruppe 見本"),
+             QStringLiteral("Weiß"), QStringLiteral("défaut"), QStringLiteral("赤"),
+             QStringLiteral("小塚明朝 Pr6N"), QStringLiteral("Bild ä.tif") })
+        EXPECT_TRUE(html.contains(name)) << "missing: " << name.toStdString();
+    EXPECT_FALSE(html.contains(QStringLiteral("Ã"))) << html.toStdString();
+}
+
+// The real document saved without PDF content, its notice put into German (the words only; the
+// structure is Illustrator's).
+QByteArray withGermanNotice(QByteArray document)
+{
+    const qsizetype form = document.indexOf("/Subtype/Form");
+    const qsizetype begin = document.indexOf("BT", form);
+    const qsizetype end = document.lastIndexOf("ET", document.indexOf("endstream", begin)) + 2;
+    const QByteArray notice = "BT\n/T1_0 1 Tf\n12 0 0 -12 -103 -61 Tm\n(Dies ist eine Adobe "
+                              "Illustrator-Datei, die ohne PDF-Inhalt gespeichert wurde.) Tj\nET";
+    EXPECT_LE(notice.size(), end - begin);
+    return document.replace(begin, end - begin, notice.leftJustified(end - begin, ' '));
+}
+
+TEST(IllustratorPreview, SavedWithoutPdfContentInGermanShowsItsThumbnail)
+{
+    const QString file = TestEnvironment::home() + QStringLiteral("/ohne-pdf.ai");
+    TestEnvironment::writeFile(file,
+        withGermanNotice(
+            TestEnvironment::readFile(generatorData("illustrator-without-pdf-content.ai"))));
+    const QString out = TestEnvironment::home() + QStringLiteral("/out");
+    const QString html = previewPage(file, out);
+    // The picture is the XMP thumbnail (a JPEG), not the drawn notice page.
+    EXPECT_TRUE(QFile::exists(out + QStringLiteral("/page-1.jpg")));
+    EXPECT_FALSE(QFile::exists(out + QStringLiteral("/page-1.png")));
+    EXPECT_TRUE(html.contains(QStringLiteral("saved without PDF content")));
+    EXPECT_FALSE(html.contains(QStringLiteral("T1_0")));
+}
+
+// Without a preview picture (as Illustrator 9 and 10 wrote their PDF-based documents, without
+// layers in the PDF too) the PDF page is drawn, and the page says why.
+TEST(IllustratorPreview, WithoutPreviewPictureThePdfPageIsDrawn)
+{
+    QByteArray bytes
+        = TestEnvironment::readFile(generatorData("illustrator-without-pdf-content.ai"));
+    bytes.replace("xmpGImg:image>", "xmpGImg:imagX>");
+    const QString file = TestEnvironment::home() + QStringLiteral("/bare.ai");
+    TestEnvironment::writeFile(file, bytes);
+    const QString out = TestEnvironment::home() + QStringLiteral("/out");
+    const QString html = previewPage(file, out);
+    EXPECT_TRUE(QFile::exists(out + QStringLiteral("/page-1.png")));
+    EXPECT_TRUE(html.contains(QStringLiteral("it holds no preview picture")));
+}
+
+}

@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// EPS previews of files made here: comments become panels, the embedded preview takes over past
+// the size threshold, and Ghostscript runs in its safe mode.
+#include "EmbeddedPreviews.h"
+#include "GeneratorProcess.h"
+#include "PropertyList.h"
+#include "TestEnvironment.h"
+#include "VistrelUtilities.h"
+
+#include <QFileInfo>
+#include <QImage>
+#include <cstring>
+#include <functional>
+#include <gtest/gtest.h>
+
+using namespace GeneratorProcess;
+
+namespace {
+
+// A 72 × 36 pt EPS with two fonts, a custom colour and a 16 × 2 EPSI preview (left half black).
+QByteArray epsWith(const QByteArray& drawing)
+{
+    return QByteArray("%!PS-Adobe-3.0 EPSF-3.0\n"
+                      "%%Creator: Tolvane tests\n"
+                      "%%Title: (Little <b>box</b>)\n"
+                      "%%BoundingBox: 0 0 72 36\n"
+                      "%%DocumentFonts: NimbusSans-Regular TolvaneGone-Italic\n"
+                      "%%DocumentCustomColors: (Gold Spot)\n"
+                      "%%CMYKCustomColor: 0 0.2 0.6 0.2 (Gold Spot)\n"
+                      "%%EndComments\n"
+                      "%%BeginPreview: 16 2 1 2\n"
+                      "%FF00\n"
+                      "%FF00\n"
+                      "%%EndPreview\n")
+        + drawing + "\nshowpage\n%%EOF\n";
+}
+
+const QByteArray Box = "0 0 1 setrgbcolor 0 0 72 36 rectfill";
+
+QString writeEps(const QByteArray& bytes)
+{
+    const QString path = TestEnvironment::home() + QStringLiteral("/documents/box.eps");
+    TestEnvironment::writeFile(path, bytes);
+    return path;
+}
+
+QString previewOf(const QString& file, int expectedStatus = 0)
+{
+    const QString out = TestEnvironment::home() + QStringLiteral("/out");
+    const Outcome run = runGenerator(
+        { "preview", file, "--uti", "com.adobe.encapsulated-postscript", "--out", out });
+    EXPECT_EQ(run.exitCode, expectedStatus) << run.standardError.toStdString();
+    return QString::fromUtf8(TestEnvironment::readFile(out + QStringLiteral("/index.html")));
+}
+
+TEST(PostScriptPreview, CommentsFillTheFactsAndPanels)
+{
+    const QString html = previewOf(writeEps(epsWith(Box)));
+    EXPECT_TRUE(
+        html.contains(QStringLiteral("<dt>Title</dt><dd>Little &lt;b&gt;box&lt;/b&gt;</dd>")));
+    EXPECT_TRUE(html.contains(QStringLiteral("<dt>Size</dt><dd>72 × 36 pt (25.4 × 12.7 mm)</dd>")));
+    EXPECT_TRUE(html.contains(QStringLiteral("<td>NimbusSans-Regular</td>"))
+        || html.contains(QStringLiteral(">NimbusSans-Regular</td>")));
+    EXPECT_TRUE(html.contains(QStringLiteral("<td>TolvaneGone-Italic</td><td></td><td></td><td></"
+                                             "td><td></td><td class=\"missing\">missing</td>")));
+    EXPECT_TRUE(html.contains(QStringLiteral(
+        "<td>Gold Spot</td><td>CMYK</td><td>C 0%, M 20%, Y 60%, K 20%</td><td>spot</td>")));
+    EXPECT_TRUE(html.contains(QStringLiteral("alt=\"Artwork\"")));
+}
+
+TEST(PostScriptPreview, EmbeddedPreviewPastTheThreshold)
+{
+    QVariantMap preferences = VTDefaults();
+    preferences.insert(preferEmbeddedPreviewForPreviewFileSizeThreshold, 0.0f);
+    ASSERT_TRUE(PropertyList::writeXmlAtomically(preferences, VTPreferencesPath()));
+    const QString html = previewOf(writeEps(epsWith(Box)));
+    EXPECT_TRUE(html.contains(QStringLiteral("alt=\"Embedded preview\""))) << html.toStdString();
+    EXPECT_TRUE(html.contains(QStringLiteral("preview picture embedded in the file")));
+    const QImage picture(TestEnvironment::home() + QStringLiteral("/out/page-1.png"));
+    ASSERT_EQ(picture.size(), QSize(16, 2));
+    EXPECT_EQ(qGray(picture.pixel(0, 0)), 0);
+    EXPECT_EQ(qGray(picture.pixel(15, 1)), 255);
+}
+
+TEST(PostScriptPreview, EmbeddedPreviewWhenThePostScriptDoesNotDraw)
+{
+    const QString html = previewOf(writeEps(epsWith("0 0 moveto undefinedoperator")));
+    EXPECT_TRUE(html.contains(QStringLiteral("alt=\"Embedded preview\"")));
+    EXPECT_TRUE(html.contains(QStringLiteral("could not be drawn")));
+}
+
+TEST(PostScriptPreview, GhostscriptMayNotWriteFiles)
+{
+    const QString target = TestEnvironment::home() + QStringLiteral("/written-by-postscript");
+    QByteArray drawing
+        = Box + "\n(" + target.toUtf8() + ") (w) file dup (owned) writestring closefile";
+    QByteArray eps = epsWith(drawing);
+    // Without the embedded preview the failure shows as it is.
+    eps.replace("%%BeginPreview: 16 2 1 2\n%FF00\n%FF00\n%%EndPreview\n", "");
+    const Outcome run
+        = runGenerator({ "preview", writeEps(eps), "--out", TestEnvironment::home() + "/out" });
+    EXPECT_EQ(run.exitCode, 4) << run.standardError.toStdString();
+    EXPECT_TRUE(
+        run.standardError.startsWith(QStringLiteral("damaged file: the PostScript does not draw")));
+    EXPECT_FALSE(QFileInfo::exists(target));
+}
+
+struct EpsiCase {
+    const char* name;
+    Formats::DscPreview preview;
+    QList<int> firstRowGrays; // empty: no image
+};
+
+class EpsiBitmap : public testing::TestWithParam<EpsiCase> { };
+
+TEST_P(EpsiBitmap, ReadsSamplesAsInk)
+{
+    const EpsiCase& c = GetParam();
+    const QImage image = Preview::epsiPreviewImage(c.preview);
+    if (c.firstRowGrays.isEmpty()) {
+        EXPECT_TRUE(image.isNull());
+        return;
+    }
+    ASSERT_EQ(image.width(), c.firstRowGrays.size());
+    for (int x = 0; x < image.width(); ++x)
+        EXPECT_EQ(qGray(image.pixel(x, 0)), c.firstRowGrays[x]) << x;
+}
+
+INSTANTIATE_TEST_SUITE_P(Depths, EpsiBitmap,
+    testing::Values(EpsiCase { "OneBitRowsPadToBytes",
+                        { 3, 2, 1, QByteArray::fromHex("A000 4000") }, { 0, 255, 0 } },
+        EpsiCase { "TwoBits", { 4, 1, 2, QByteArray::fromHex("1B") }, { 255, 170, 85, 0 } },
+        EpsiCase { "EightBits", { 2, 1, 8, QByteArray::fromHex("00FF") }, { 255, 0 } },
+        EpsiCase { "DataTooShort", { 8, 4, 8, QByteArray(10, '\0') }, {} },
+        EpsiCase { "UnknownDepth", { 1, 1, 3, QByteArray(1, '\0') }, {} }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+// Variants of a real Illustrator 5.5 EPS (tests/data/generator/tk-logo.eps), each with the
+// status the generator gives it and a word its message holds.
+struct RealEpsCase {
+    const char* name;
+    std::function<QByteArray(QByteArray)> change;
+    int status;
+    const char* message;
+};
+
+class RealEps : public testing::TestWithParam<RealEpsCase> { };
+
+TEST_P(RealEps, IsDrawnOrRefusedForWhatItIs)
+{
+    const RealEpsCase& c = GetParam();
+    const QString file
+        = writeEps(c.change(TestEnvironment::readFile(generatorData("tk-logo.eps"))));
+    const QString out = TestEnvironment::home() + QStringLiteral("/out");
+    const Outcome run = runGenerator({ "preview", file, "--out", out });
+    EXPECT_EQ(run.exitCode, c.status) << run.standardError.toStdString();
+    EXPECT_TRUE(run.standardError.contains(QLatin1String(c.message)))
+        << run.standardError.toStdString();
+    if (c.status == 0) {
+        const QImage picture(out + QStringLiteral("/page-1.png"));
+        ASSERT_FALSE(picture.isNull());
+        // The logo is drawn, not a blank page.
+        EXPECT_GT(qAlpha(picture.pixel(picture.width() / 2, picture.height() / 2)), 0);
+    }
+}
+
+QByteArray withoutProcSets(QByteArray eps)
+{
+    // The native files of Illustrator 5 name the procedure sets they need and leave them out.
+    const qsizetype begin = eps.indexOf("%%BeginResource: procset");
+    const qsizetype end = eps.lastIndexOf("%%EndResource") + qsizetype(strlen("%%EndResource"));
+    eps.remove(begin, end - begin);
+    return eps.replace("%%DocumentSuppliedResources", "%%DocumentNeededResources");
+}
+
+INSTANTIATE_TEST_SUITE_P(Variants, RealEps,
+    testing::Values(RealEpsCase { "AsItIs", [](QByteArray eps) { return eps; }, 0, "" },
+        RealEpsCase { "CutShort", [](QByteArray eps) { return eps.left(16000); }, 4, "cut short" },
+        // As some print drivers write: no EPSF version on the first line, no showpage.
+        RealEpsCase { "PlainPostScriptWithoutShowpage",
+            [](QByteArray eps) {
+                return eps.replace("%!PS-Adobe-3.0 EPSF-3.0", "%!PS-Adobe-3.0")
+                    .replace("gsave annotatepage grestore showpage", "");
+            },
+            0, "" },
+        RealEpsCase {
+            "NeedsProcedureSetsItDoesNotCarry", withoutProcSets, 5, "Adobe_IllustratorA_AI5" }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+}

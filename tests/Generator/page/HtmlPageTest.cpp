@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The preview page for fixed content, against golden files, and the escaping it relies on.
+#include "HtmlPage.h"
+
+#include "HtmlPanels.h"
+#include "TestEnvironment.h"
+
+#include <QFile>
+#include <QUrl>
+#include <QUrlQuery>
+#include <gtest/gtest.h>
+
+using namespace Preview;
+
+namespace {
+
+// A document whose texts try to break out of the page.
+PreviewContent hostileDocument()
+{
+    PreviewContent content;
+    content.title = QStringLiteral("Poster <script>alert(1)</script>.ai");
+    content.kindName = QStringLiteral("Illustrator document");
+    content.facts = { { QStringLiteral("Size"), QStringLiteral("612 × 792 pt") },
+        { QStringLiteral("Creator"), QStringLiteral("\"Tool\" & 'Sons' <b>") } };
+    for (int i = 1; i <= 3; ++i) {
+        PreviewPage page;
+        page.encoded = QByteArray("png");
+        page.encodedFormat = QStringLiteral("png");
+        page.label = QStringLiteral("Artboard %1").arg(i);
+        page.sizePoints = QSizeF(612, 792);
+        page.spread = i <= 2 ? 0 : 1;
+        content.pages.push_back(page);
+    }
+    content.pageCount = 7;
+    content.pagesLeftOut = 4;
+    content.spreadMode = VTSpreadMode::Spreads;
+    content.fonts = {
+        { "Nimbus-Bold", "Nimbus Sans", "Bold", "Type 1", "nimbus.pfb",
+            { "/usr/share/fonts/a b/Nimbus Bold.pfb" } },
+        { "Evil\"><img src=x>", "Evil'); background:url(http://x)", "", "", "",
+            { "/fonts/évil&.otf" } },
+        { "Gone-Regular", "Gone", "Regular", "OpenType", "gone.otf", {} },
+    };
+    content.links = { { QStringLiteral("/Volumes/Work/Photo #1 & more.tif"), true },
+        { QStringLiteral("/missing/<b>away</b>.psd"), false } };
+    PreviewSwatch red { "Red <1>", "CMYK", { 0, 1, 1, 0 }, false, false, true, {} };
+    PreviewSwatch spot { "Gold", "LAB", { 80, 5, 60 }, true, true, false, {} };
+    PreviewSwatch gray { "Mid", "Gray", { 0.5 }, false, false, true, {} };
+    PreviewSwatch odd { "Odd", "HKS", { 12 }, false, false, false, {} };
+    content.swatchGroups
+        = { { QString(), { red } }, { QStringLiteral("Group & Co"), { spot, gray, odd } } };
+    content.notes = { QStringLiteral("A note with <angle> brackets.") };
+    return content;
+}
+
+std::vector<QString> pictureNames() { return { "page-1.png", "page-2.png", "" }; }
+
+struct GoldenCase {
+    const char* name;
+    VTPreviewSettings settings;
+};
+
+VTPreviewSettings compactSettings()
+{
+    VTPreviewSettings settings;
+    settings.previewMode = VTPreviewMode::Grid;
+    settings.swatchMode = VTSwatchMode::Chips;
+    settings.background = VTBackgroundColor::None;
+    settings.useLoupe = false;
+    settings.warnAboutDoubleClicks = false;
+    settings.showWysiwygFonts = false;
+    settings.showImageLinks = false;
+    return settings;
+}
+
+class GoldenPage : public testing::TestWithParam<GoldenCase> { };
+
+// TOLVANE_UPDATE_GOLDEN=1 rewrites the golden files from the current output.
+TEST_P(GoldenPage, MatchesTheGoldenFile)
+{
+    const GoldenCase& c = GetParam();
+    // The footer's update link describes the machine; no generator is installed in the test's
+    // home.
+    qputenv("TOLVANE_SYSTEM_VERSION", "10.6.8");
+    qunsetenv("TOLVANE_UPDATE_HOST");
+    const QString html = htmlPage(hostileDocument(), c.settings, pictureNames());
+    const QString golden
+        = QStringLiteral(TOLVANE_GOLDEN_DIR "/%1.html").arg(QLatin1StringView(c.name));
+    if (qEnvironmentVariableIsSet("TOLVANE_UPDATE_GOLDEN")) {
+        QFile file(golden);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(html.toUtf8());
+    }
+    EXPECT_EQ(html.toStdString(), TestEnvironment::readFile(golden).toStdString());
+}
+
+INSTANTIATE_TEST_SUITE_P(Pages, GoldenPage,
+    testing::Values(GoldenCase { "DefaultSettings", VTPreviewSettings {} },
+        GoldenCase { "GridChipsCheckerboard", compactSettings() }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(HtmlPage, DocumentTextNeverBecomesMarkup)
+{
+    const QString html = htmlPage(hostileDocument(), VTPreviewSettings {}, pictureNames());
+    for (const char* raw : { "<script>alert", "<img src=x>", "<b>", "<angle>", "<1>" })
+        EXPECT_FALSE(html.contains(QLatin1StringView(raw))) << raw;
+    // A family name set as the font of its row keeps only what cannot end the CSS string.
+    EXPECT_TRUE(html.contains(
+        QStringLiteral("<td style=\"font-family:&#39;Evil backgroundurlhttpx&#39;\">")));
+    EXPECT_EQ(html.count(QStringLiteral("<script>")), 1); // the loupe's own
+}
+
+struct EscapeCase {
+    const char* name;
+    QString path;
+    QString escaped;
+};
+
+class PathEscaping : public testing::TestWithParam<EscapeCase> { };
+
+TEST_P(PathEscaping, EscapesAllButUnreservedCharactersAndRoundTrips)
+{
+    const EscapeCase& c = GetParam();
+    const QString url = Html::revealImageUrl(c.path);
+    EXPECT_EQ(url, QStringLiteral("tolvane://reveal/image?path=") + c.escaped);
+    // The application splits the query at "&" and "=" and decodes percent escapes only.
+    const QString query = QUrl(url).query(QUrl::FullyEncoded);
+    ASSERT_EQ(query.count(u'&'), 0);
+    EXPECT_EQ(QUrl::fromPercentEncoding(query.section(u'=', 1, 1).toLatin1()), c.path);
+}
+
+INSTANTIATE_TEST_SUITE_P(Paths, PathEscaping,
+    testing::Values(EscapeCase { "Plain", "/tmp/a.png", "%2Ftmp%2Fa.png" },
+        EscapeCase { "Blanks", "/Users/x/a b.png", "%2FUsers%2Fx%2Fa%20b.png" },
+        EscapeCase { "AmpersandAndEquals", "/p/a&b=c.tif", "%2Fp%2Fa%26b%3Dc.tif" },
+        EscapeCase { "HashAndQuestionMark", "/p/#1?.psd", "%2Fp%2F%231%3F.psd" },
+        EscapeCase { "PlusAndPercent", "/p/a+b%20.png", "%2Fp%2Fa%2Bb%2520.png" },
+        EscapeCase { "NonAscii", "/Bilder/Grüße/日本.jpg",
+            "%2FBilder%2FGr%C3%BC%C3%9Fe%2F%E6%97%A5%E6%9C%AC.jpg" },
+        EscapeCase { "Unreserved", "/a-b_c.d~e", "%2Fa-b_c.d~e" }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(RevealFontUrl, NamesThePathsInOrder)
+{
+    EXPECT_EQ(Html::revealFontUrl({ "/f/a b.otf", "/f/é.ttf", "/f/c&d.pfb" }),
+        QStringLiteral(
+            "tolvane://reveal/"
+            "font?path=%2Ff%2Fa%20b.otf&path1=%2Ff%2F%C3%A9.ttf&path2=%2Ff%2Fc%26d.pfb"));
+    EXPECT_TRUE(Html::revealFontUrl({}).isEmpty());
+}
+
+TEST(HtmlEscape, EscapesTheFiveCharacters)
+{
+    EXPECT_EQ(Html::escape(QStringLiteral("<a href=\"x\" title='y'>&</a>")),
+        QStringLiteral("&lt;a href=&quot;x&quot; title=&#39;y&#39;&gt;&amp;&lt;/a&gt;"));
+}
+
+}

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "VTPreviewSettings.h"
+#include "TestEnvironment.h"
+
+#include <QByteArray>
+#include <QString>
+#include <gtest/gtest.h>
+
+// Sample files (origins in tests/data/README.md) and files the tests write into their home.
+namespace KindsTestData {
+
+inline QString samplePath(const QString& name) { return TestEnvironment::dataPath(name); }
+
+inline QByteArray sample(const QString& name)
+{
+    const QByteArray bytes = TestEnvironment::readFile(samplePath(name));
+    EXPECT_FALSE(bytes.isEmpty()) << "missing sample " << name.toStdString();
+    return bytes;
+}
+
+// Writes bytes to a file of that name in the test's home and gives its path.
+inline QString fileWith(const QString& name, const QByteArray& bytes)
+{
+    const QString path = TestEnvironment::home() + u'/' + name;
+    TestEnvironment::writeFile(path, bytes);
+    return path;
+}
+
+inline VTPreviewSettings withPageLimit(int pages)
+{
+    VTPreviewSettings settings;
+    settings.maximumPages = pages;
+    return settings;
+}
+
+}
