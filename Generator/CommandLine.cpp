@@ -3,13 +3,13 @@
 
 #include "CheckUpdateCommand.h"
 #include "FontLookup.h"
+#include "PngEncoding.h"
 #include "PreviewOutput.h"
 #include "PreviewerTable.h"
 #include "QLGeneratorContract.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QImageWriter>
 #include <QPainter>
 #include <optional>
 
@@ -120,11 +120,12 @@ namespace {
 
     int writeThumbnail(const QImage& image, const QString& path, QTextStream& err)
     {
+        const QByteArray png = encodePng(image);
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
             return failure(
                 err, QStringLiteral("cannot write %1: %2").arg(path, file.errorString()));
-        if (!QImageWriter(&file, "png").write(image)) {
+        if (png.isEmpty() || file.write(png) != png.size()) {
             file.remove();
             return failure(err, QStringLiteral("cannot write %1").arg(path));
         }

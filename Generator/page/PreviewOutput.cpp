@@ -2,10 +2,9 @@
 #include "PreviewOutput.h"
 
 #include "HtmlPage.h"
+#include "PngEncoding.h"
 
-#include <QBuffer>
 #include <QDir>
-#include <QImageWriter>
 #include <QSaveFile>
 
 namespace Preview {
@@ -19,15 +18,6 @@ namespace {
             return QStringLiteral("cannot write %1: %2")
                 .arg(QDir::toNativeSeparators(path), file.errorString());
         return {};
-    }
-
-    QByteArray encodePng(const QImage& image)
-    {
-        QByteArray png;
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::WriteOnly);
-        QImageWriter(&buffer, "png").write(image);
-        return png;
     }
 
     QString extensionFor(const QString& format)

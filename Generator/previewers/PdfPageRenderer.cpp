@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "PdfPageRenderer.h"
 
-#include <QBuffer>
-#include <QImageWriter>
+#include "PngEncoding.h"
+
 #include <QThread>
 #include <algorithm>
 #include <memory>
@@ -21,17 +21,6 @@ namespace {
         // artwork shows on any backdrop.
     }
 
-    QByteArray encodePng(const QImage& image)
-    {
-        QByteArray png;
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::WriteOnly);
-        QImageWriter writer(&buffer, "png");
-        writer.setQuality(80); // a lighter zlib level: pages are written once and shown at once
-        writer.write(image);
-        return png;
-    }
-
     void renderInto(std::vector<PreviewPage>& pages, Poppler::Document& document, int first,
         int step, double dpi, double maxPixels)
     {
@@ -44,7 +33,8 @@ namespace {
             const double resolution = pageDpi(out.sizePoints, dpi, maxPixels);
             const QImage image = page->renderToImage(resolution, resolution);
             if (!image.isNull()) {
-                out.encoded = encodePng(image);
+                // A light level: pages are written once and shown at once.
+                out.encoded = encodePng(image, 1);
                 out.encodedFormat = QStringLiteral("png");
             }
         }
