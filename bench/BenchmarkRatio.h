@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <functional>
+#include <vector>
 
 // Benchmarks report how a measured operation compares with a reference measured in the same run,
 // so that the numbers mean the same on any machine.
@@ -25,6 +27,23 @@ inline double bestNanoseconds(
             best = perCall;
     }
     return best;
+}
+
+// The median time of one call over the rounds, in nanoseconds: one slow round on a busy machine
+// does not move it.
+inline double medianNanoseconds(const std::function<void()>& operation, int rounds = 5)
+{
+    std::vector<double> times;
+    for (int round = 0; round < rounds; ++round) {
+        const auto start = std::chrono::steady_clock::now();
+        operation();
+        times.push_back(
+            std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start)
+                .count());
+    }
+    std::sort(times.begin(), times.end());
+    const size_t middle = times.size() / 2;
+    return times.size() % 2 ? times[middle] : (times[middle - 1] + times[middle]) / 2;
 }
 
 inline void report(const char* name, double measured, const char* referenceName, double reference)
