@@ -31,7 +31,7 @@ public:
     // checks delay, starts the background check where the launch rule allows it and checks for a
     // newer generator when its update frequency says so.
     void applicationDidFinishLaunching();
-    std::chrono::milliseconds launchUpdateChecksDelay() const { return m_launchUpdateChecksDelay; }
+    // Ten seconds unless set.
     void setLaunchUpdateChecksDelay(std::chrono::milliseconds delay)
     {
         m_launchUpdateChecksDelay = delay;
