@@ -10,7 +10,6 @@
 #include <QDBusMessage>
 #include <QDir>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QUrl>
 #include <QVariantMap>
 
@@ -54,6 +53,23 @@ public slots:
 private:
     ApplicationInstance* m_instance;
 };
+
+// A scheme as URLs have it, [A-Za-z][A-Za-z0-9+.-]+ and a colon; one letter and a colon is a
+// drive, not a scheme. By hand: a launch that only forwards compiles no regular expression.
+bool beginsWithScheme(const QString& argument)
+{
+    const auto isLetter = [](QChar c) { return c.unicode() < 128 && c.isLetter(); };
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    const qsizetype colon = argument.indexOf(QLatin1Char(':'));
+    if (colon < 2 || !isLetter(argument.front()))
+        return false;
+    for (qsizetype i = 1; i < colon; ++i) {
+        const QChar c = argument.at(i);
+        if (!isLetter(c) && !isDigit(c) && c != u'+' && c != u'.' && c != u'-')
+            return false;
+    }
+    return true;
+}
 
 enum class Forwarding { Delivered, NoOwner, Refused };
 
@@ -184,15 +200,13 @@ QString ApplicationInstance::objectPath(const QString& applicationIdentifier)
 QStringList ApplicationInstance::urisFromArguments(
     const QStringList& arguments, const QString& workingFolder)
 {
-    // A scheme as URLs have it; one letter and a colon is a drive, not a scheme.
-    static const QRegularExpression schemePrefix(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]+:"));
     const QDir folder(workingFolder);
     QStringList uris;
     for (const QString& argument : arguments) {
         if (argument.isEmpty())
             continue;
         const QString absolutePath = QDir::cleanPath(folder.absoluteFilePath(argument));
-        if (schemePrefix.match(argument).hasMatch() && !QFileInfo::exists(absolutePath))
+        if (beginsWithScheme(argument) && !QFileInfo::exists(absolutePath))
             uris.append(argument);
         else
             uris.append(QUrl::fromLocalFile(absolutePath).toString(QUrl::FullyEncoded));
