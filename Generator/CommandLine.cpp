@@ -5,14 +5,13 @@
 #include "FontLookup.h"
 #include "MemoryBudget.h"
 #include "OutputFile.h"
+#include "PngEncoding.h"
 #include "PreviewOutput.h"
 #include "PreviewerTable.h"
 #include "ProgramStart.h"
 #include "QLGeneratorContract.h"
 
-#include <QBuffer>
 #include <QFileInfo>
-#include <QImageWriter>
 #include <QPainter>
 #include <optional>
 
@@ -133,10 +132,8 @@ namespace {
 
     int writeThumbnail(const QImage& image, const QString& path, QTextStream& err)
     {
-        QByteArray png;
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::WriteOnly);
-        if (!QImageWriter(&buffer, "png").write(image))
+        const QByteArray png = encodePng(image);
+        if (png.isEmpty())
             return failure(err, QStringLiteral("cannot encode the thumbnail"));
         if (const QString problem = writeOutputFile(path, png); !problem.isEmpty())
             return failure(err, problem);

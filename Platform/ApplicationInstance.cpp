@@ -11,7 +11,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QUrl>
 #include <QVariantMap>
 
@@ -55,6 +54,75 @@ public slots:
 private:
     ApplicationInstance* m_instance;
 };
+
+// A scheme as URLs have it, [A-Za-z][A-Za-z0-9+.-]+ and a colon; one letter and a colon is a
+// drive, not a scheme. By hand: a launch that only forwards compiles no regular expression.
+bool beginsWithScheme(const QString& argument)
+{
+    const auto isLetter = [](QChar c) { return c.unicode() < 128 && c.isLetter(); };
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    const qsizetype colon = argument.indexOf(QLatin1Char(':'));
+    if (colon < 2 || !isLetter(argument.front()))
+        return false;
+    for (qsizetype i = 1; i < colon; ++i) {
+        const QChar c = argument.at(i);
+        if (!isLetter(c) && !isDigit(c) && c != u'+' && c != u'.' && c != u'-')
+            return false;
+    }
+    return true;
+}
+
+QString ownerExecutableOf(const QString& identifier)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return {};
+    const auto processId = bus.interface()->servicePid(identifier);
+    if (!processId.isValid())
+        return {};
+    return QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(processId.value()));
+}
+
+enum class Forwarding { Delivered, NoOwner, Refused };
+
+Forwarding forward(const QString& identifier, const QStringList& uris)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(identifier,
+        ApplicationInstance::objectPath(identifier), applicationInterface,
+        uris.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
+    if (!uris.isEmpty())
+        call << uris;
+    call << QVariantMap();
+    // A name whose owner has just quit is claimed in the next round rather than started anew by
+    // the bus.
+    call.setAutoStartService(false);
+
+    const QDBusMessage reply
+        = QDBusConnection::sessionBus().call(call, QDBus::Block, forwardTimeoutMilliseconds);
+    if (reply.type() != QDBusMessage::ErrorMessage)
+        return Forwarding::Delivered;
+    // Without activation the bus answers a name with no owner with an error of its own.
+    if (reply.errorName() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner"))
+        return Forwarding::NoOwner;
+    const QDBusError error(reply);
+    switch (error.type()) {
+    case QDBusError::ServiceUnknown:
+        return Forwarding::NoOwner;
+    case QDBusError::NoReply:
+    case QDBusError::Timeout:
+    case QDBusError::TimedOut:
+        // The message is queued at the primary instance; it handles it when it can.
+        NSLog(QStringLiteral("WARNING -- the running instance of %1 did not answer in time")
+                  .arg(identifier));
+        return Forwarding::Delivered;
+    default:
+        // The name's owner does not serve the interface: better handle the arguments here
+        // than lose them.
+        NSLog(QStringLiteral("WARNING -- the owner of %1 refused the launch: %2")
+                  .arg(identifier, error.message()));
+        return Forwarding::Refused;
+    }
+}
 
 }
 
@@ -112,7 +180,7 @@ ApplicationInstance::Role ApplicationInstance::claim(const QStringList& argument
         }
         if (objectRegistered)
             bus.unregisterObject(path);
-        switch (forward(uris)) {
+        switch (forward(m_identifier, uris)) {
         case Forwarding::Delivered:
             return Role::Forwarded;
         case Forwarding::Refused:
@@ -124,47 +192,17 @@ ApplicationInstance::Role ApplicationInstance::claim(const QStringList& argument
     return Role::Alone;
 }
 
-QString ApplicationInstance::ownerExecutable() const
-{
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
-        return {};
-    const auto processId = bus.interface()->servicePid(m_identifier);
-    if (!processId.isValid())
-        return {};
-    return QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(processId.value()));
-}
+QString ApplicationInstance::ownerExecutable() const { return ownerExecutableOf(m_identifier); }
 
-ApplicationInstance::Forwarding ApplicationInstance::forward(const QStringList& uris)
+bool ApplicationInstance::forwardToRunningInstance(
+    const QString& applicationIdentifier, const QStringList& arguments)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(m_identifier, objectPath(m_identifier),
-        applicationInterface, uris.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("Open"));
-    if (!uris.isEmpty())
-        call << uris;
-    call << QVariantMap();
-
-    const QDBusMessage reply
-        = QDBusConnection::sessionBus().call(call, QDBus::Block, forwardTimeoutMilliseconds);
-    if (reply.type() != QDBusMessage::ErrorMessage)
-        return Forwarding::Delivered;
-    const QDBusError error(reply);
-    switch (error.type()) {
-    case QDBusError::ServiceUnknown:
-        return Forwarding::NoOwner;
-    case QDBusError::NoReply:
-    case QDBusError::Timeout:
-    case QDBusError::TimedOut:
-        // The message is queued at the primary instance; it handles it when it can.
-        NSLog(QStringLiteral("WARNING -- the running instance of %1 did not answer in time")
-                  .arg(m_identifier));
-        return Forwarding::Delivered;
-    default:
-        // The name's owner does not serve the interface: better handle the arguments here
-        // than lose them.
-        NSLog(QStringLiteral("WARNING -- the owner of %1 refused the launch: %2")
-                  .arg(m_identifier, error.message()));
-        return Forwarding::Refused;
-    }
+    // Another copy of the application (one just downloaded, while the installed one runs) is
+    // another program: it starts, and may offer to move itself, before it hands over.
+    const QString owner = ownerExecutableOf(applicationIdentifier);
+    return !owner.isEmpty() && owner == QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))
+        && forward(applicationIdentifier, urisFromArguments(arguments, QDir::currentPath()))
+        == Forwarding::Delivered;
 }
 
 QString ApplicationInstance::objectPath(const QString& applicationIdentifier)
@@ -179,15 +217,13 @@ QString ApplicationInstance::objectPath(const QString& applicationIdentifier)
 QStringList ApplicationInstance::urisFromArguments(
     const QStringList& arguments, const QString& workingFolder)
 {
-    // A scheme as URLs have it; one letter and a colon is a drive, not a scheme.
-    static const QRegularExpression schemePrefix(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]+:"));
     const QDir folder(workingFolder);
     QStringList uris;
     for (const QString& argument : arguments) {
         if (argument.isEmpty())
             continue;
         const QString absolutePath = QDir::cleanPath(folder.absoluteFilePath(argument));
-        if (schemePrefix.match(argument).hasMatch() && !QFileInfo::exists(absolutePath))
+        if (beginsWithScheme(argument) && !QFileInfo::exists(absolutePath))
             uris.append(argument);
         else
             uris.append(QUrl::fromLocalFile(absolutePath).toString(QUrl::FullyEncoded));

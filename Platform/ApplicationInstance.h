@@ -32,6 +32,13 @@ public:
     // not this process's executable.
     QString ownerExecutable() const;
 
+    // Hands the arguments to the instance that owns the name, if one does and it runs this same
+    // executable; true when it has them.
+    // Needs QtDBus alone, no application object: a later launch calls it before it loads anything
+    // else, and goes on to claim() when it returns false.
+    static bool forwardToRunningInstance(
+        const QString& applicationIdentifier, const QStringList& arguments);
+
     // The D-Bus object path for an identifier: "app.tolvane.Tolvane" gives
     // "/app/tolvane/Tolvane".
     static QString objectPath(const QString& applicationIdentifier);
@@ -49,9 +56,6 @@ signals:
     void openRequested(const QStringList& uris);
 
 private:
-    enum class Forwarding { Delivered, NoOwner, Refused };
-    Forwarding forward(const QStringList& uris);
-
     QString m_identifier;
     bool m_registered = false;
 };

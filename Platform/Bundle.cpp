@@ -9,8 +9,30 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QStringDecoder>
+#include <mutex>
+#include <optional>
+#include <sys/stat.h>
 
 namespace {
+
+// What tells one reading of a file from the next: a file replaced, rewritten or touched differs.
+struct FileStamp {
+    dev_t device;
+    ino_t inode;
+    off_t size;
+    time_t seconds;
+    long nanoseconds;
+    bool operator==(const FileStamp&) const = default;
+};
+
+std::optional<FileStamp> fileStamp(const QString& path)
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+    return FileStamp { status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
+        status.st_mtim.tv_nsec };
+}
 
 QString mainBundlePath()
 {
@@ -84,10 +106,20 @@ QVariantMap readStringsFile(const QString& path)
 
 }
 
+// The last reading of Info.plist, and the file it was read from.
+struct Bundle::InfoCache {
+    std::mutex mutex;
+    std::optional<FileStamp> file;
+    QVariantMap dictionary;
+};
+
 Bundle::Bundle(QString path)
     : m_path(std::move(path))
+    , m_info(std::make_unique<InfoCache>())
 {
 }
+
+Bundle::~Bundle() = default;
 
 const Bundle& Bundle::mainBundle()
 {
@@ -117,8 +149,14 @@ QString Bundle::executablePath() const
 
 QVariantMap Bundle::infoDictionary() const
 {
-    return PropertyList::readDictionary(contentsPath() + QStringLiteral("/Info.plist"))
-        .value_or(QVariantMap());
+    const QString path = contentsPath() + QStringLiteral("/Info.plist");
+    const std::optional<FileStamp> file = fileStamp(path);
+    std::lock_guard lock(m_info->mutex);
+    if (!file || file != m_info->file) {
+        m_info->dictionary = PropertyList::readDictionary(path).value_or(QVariantMap());
+        m_info->file = file;
+    }
+    return m_info->dictionary;
 }
 
 QVariantMap Bundle::localizedInfoDictionary() const

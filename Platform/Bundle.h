@@ -15,13 +15,15 @@ public:
 
     // The bundle at a directory; nothing when the path is not a directory.
     static std::unique_ptr<Bundle> bundleWithPath(const QString& path);
+    ~Bundle();
 
     QString bundlePath() const { return m_path; }
     QString contentsPath() const;
     QString resourcePath() const;
     QString executablePath() const;
 
-    // Contents/Info.plist, read on each call so that a bundle replaced on disk is seen.
+    // Contents/Info.plist, read again only when the file changed, so that a bundle replaced on
+    // disk is seen.
     QVariantMap infoDictionary() const;
     // The information dictionary with the values of Resources/<lang>.lproj/InfoPlist.strings
     // (preferred languages first, then "en") put over it.
@@ -35,4 +37,6 @@ public:
 private:
     explicit Bundle(QString path);
     QString m_path;
+    struct InfoCache;
+    std::unique_ptr<InfoCache> m_info;
 };

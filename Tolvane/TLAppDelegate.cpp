@@ -94,12 +94,6 @@ void TLAppDelegate::applicationDidFinishLaunching()
     if (!defaults.objectForKey(enableAutomaticChecksKey).isValid())
         defaults.setBool(true, enableAutomaticChecksKey);
 
-    // Reads as "the given 10.9.0 is at least the running system": the launch-time check runs
-    // only on systems up to that version.
-    if (QXOperatingSystemIsGreaterThanOrEqualToVersion(10, 9, 0)
-        && defaults.boolForKey(enableAutomaticChecksKey))
-        SUUpdater::sharedUpdater()->checkForUpdatesInBackground();
-
     if (QXWelcomeScreen::showAtStartup())
         QXWelcomeScreen::displayIfPossibleWithDelegate(this, true);
 
@@ -107,9 +101,16 @@ void TLAppDelegate::applicationDidFinishLaunching()
                            QStringLiteral("CFBundleShortVersionString")),
         preferencesApplicationVersionKey);
 
-    // From the event loop, so that the first windows are up before the check waits for the
-    // network.
-    QTimer::singleShot(0, this, [this] { runGeneratorUpdateCheck(true); });
+    // The checks bring in the network and TLS libraries and wait for servers: they start once the
+    // application has been up a while, so that a glance at a file never pays for them.
+    QTimer::singleShot(m_launchUpdateChecksDelay, this, [this] {
+        // Reads as "the given 10.9.0 is at least the running system": the launch-time check runs
+        // only on systems up to that version.
+        if (QXOperatingSystemIsGreaterThanOrEqualToVersion(10, 9, 0)
+            && UserDefaults::standardUserDefaults().boolForKey(enableAutomaticChecksKey))
+            SUUpdater::sharedUpdater()->checkForUpdatesInBackground();
+        runGeneratorUpdateCheck(true);
+    });
 }
 
 void TLAppDelegate::showPreferences()

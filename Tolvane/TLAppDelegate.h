@@ -8,6 +8,7 @@
 #include <QMap>
 #include <QObject>
 #include <QUrl>
+#include <chrono>
 #include <memory>
 
 class NSAppleEventDescriptor;
@@ -27,11 +28,16 @@ public:
     // a supported one it offers to move the application into the Applications folder, which may
     // end the process too.
     void applicationWillFinishLaunching();
-    // Turns automatic checks on when never set, starts the background check where the launch
-    // rule allows it, shows the welcome screen when it is due and the network is there, records
-    // the application's version, and then, from the event loop, checks for a newer generator
-    // when its update frequency says so.
+    // Turns automatic checks on when never set, shows the welcome screen when it is due and the
+    // network is there, records the application's version, and then, after the launch's update
+    // checks delay, starts the background check where the launch rule allows it and checks for a
+    // newer generator when its update frequency says so.
     void applicationDidFinishLaunching();
+    // Ten seconds unless set.
+    void setLaunchUpdateChecksDelay(std::chrono::milliseconds delay)
+    {
+        m_launchUpdateChecksDelay = delay;
+    }
 
     // Menu actions.
     void showPreferences();
@@ -78,4 +84,5 @@ private:
 
     std::unique_ptr<TLPrefrencesWindowController> _prefController;
     bool m_generatorUpdateCheckRunning = false;
+    std::chrono::milliseconds m_launchUpdateChecksDelay { 10000 };
 };

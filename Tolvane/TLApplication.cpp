@@ -22,6 +22,7 @@
 #include <QTextStream>
 #include <QTimer>
 #include <QUrl>
+#include <QWindow>
 #include <csignal>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -37,6 +38,40 @@ void noteTermination(int)
     const char byte = 1;
     [[maybe_unused]] const ssize_t written = ::write(terminationSockets[1], &byte, 1);
 }
+
+// Runs the work from the event loop once the window has been drawn for the first time (its first
+// exposure paints it), or after a second if it never is.
+class AfterFirstDrawing : public QObject {
+public:
+    AfterFirstDrawing(QWindow* window, QObject* owner, std::function<void()> work)
+        : QObject(owner)
+        , m_work(std::move(work))
+    {
+        window->installEventFilter(this);
+        QTimer::singleShot(1000, this, &AfterFirstDrawing::run);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed())
+            QTimer::singleShot(0, this, &AfterFirstDrawing::run);
+        return false;
+    }
+
+private:
+    // The work may run an event loop of its own, in which the other trigger comes: this object is
+    // not touched once the work has begun.
+    void run()
+    {
+        const std::function<void()> work = std::exchange(m_work, {});
+        deleteLater();
+        if (work)
+            work();
+    }
+
+    std::function<void()> m_work;
+};
 
 }
 
@@ -111,12 +146,21 @@ int TLApplication::run()
         m_delegate->applicationWillFinishLaunching();
     registerWithDesktop();
     openArguments(arguments);
-    m_delegate->applicationDidFinishLaunching();
-    finishLaunching();
-
-    if (arguments.isEmpty())
-        m_documents->openDocument(nullptr);
-    quitWhenNothingIsShown();
+    // The rest of the launch waits until the window of the arguments is on the screen.
+    const auto rest = [this, openPanel = arguments.isEmpty()] {
+        m_delegate->applicationDidFinishLaunching();
+        finishLaunching();
+        if (openPanel)
+            m_documents->openDocument(nullptr);
+        quitWhenNothingIsShown();
+    };
+    QWindow* window = m_documents->documents().isEmpty()
+        ? nullptr
+        : m_documents->documents().constLast()->window()->windowHandle();
+    if (window && !window->isExposed())
+        new AfterFirstDrawing(window, this, rest);
+    else
+        QTimer::singleShot(0, this, rest);
     quitOnTermination();
     const int status = m_application.exec();
     SUUpdater::sharedUpdater()->applicationWillTerminate();

@@ -41,10 +41,11 @@ void usePreferences(const QVariantMap& values)
     PropertyList::writeXmlAtomically(all, VTPreferencesPath());
 }
 
+// The median of the rounds.
 double timeRun(const QString& program, const QStringList& arguments, int rounds, bool* ok)
 {
-    return BenchmarkRatio::bestNanoseconds(
-        [&] { *ok = runProgram(program, arguments) && *ok; }, 1, rounds);
+    return BenchmarkRatio::medianNanoseconds(
+        [&] { *ok = runProgram(program, arguments) && *ok; }, rounds);
 }
 
 void previewAgainstPdftoppm(const QString& work)

@@ -12,7 +12,8 @@ packages=(
     qt6-base-dev qt6-base-dev-tools qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools
     qt6-webengine-dev qt6-webengine-dev-tools qt6-svg-dev
     libplist-dev libsodium-dev libpoppler-qt6-dev libfontconfig-dev libfreehand-dev
-    librevenge-dev libxkbcommon-dev libexempi-dev libarchive-dev libmwaw-dev
+    librevenge-dev libxkbcommon-dev libexempi-dev libarchive-dev libmwaw-dev libpng-dev
+    libxcb-damage0-dev
     # running and testing
     python3 dbus dbus-x11 xvfb xauth x11-utils xdotool openssl ghostscript fonts-dejavu-core
     poppler-utils qt6-image-formats-plugins clang libclang-rt-14-dev

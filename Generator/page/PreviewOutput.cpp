@@ -3,23 +3,13 @@
 
 #include "HtmlPage.h"
 #include "OutputFile.h"
+#include "PngEncoding.h"
 
-#include <QBuffer>
 #include <QDir>
-#include <QImageWriter>
 
 namespace Preview {
 
 namespace {
-
-    QByteArray encodePng(const QImage& image)
-    {
-        QByteArray png;
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::WriteOnly);
-        QImageWriter(&buffer, "png").write(image);
-        return png;
-    }
 
     QString extensionFor(const QString& format)
     {

@@ -3,9 +3,8 @@
 
 #include "MemoryBudget.h"
 #include "PagePixels.h"
+#include "PngEncoding.h"
 
-#include <QBuffer>
-#include <QImageWriter>
 #include <QThread>
 #include <algorithm>
 #include <memory>
@@ -24,17 +23,6 @@ namespace {
         // artwork shows on any backdrop.
     }
 
-    QByteArray encodePng(const QImage& image)
-    {
-        QByteArray png;
-        QBuffer buffer(&png);
-        buffer.open(QIODevice::WriteOnly);
-        QImageWriter writer(&buffer, "png");
-        writer.setQuality(80); // a lighter zlib level: pages are written once and shown at once
-        writer.write(image);
-        return png;
-    }
-
     void renderInto(std::vector<PreviewPage>& pages, const std::vector<double>& resolutions,
         Poppler::Document& document, int first, int step)
     {
@@ -46,7 +34,8 @@ namespace {
             const double resolution = resolutions[size_t(index)];
             const QImage image = page->renderToImage(resolution, resolution);
             if (!image.isNull()) {
-                out.encoded = encodePng(image);
+                // A light level: pages are written once and shown at once.
+                out.encoded = encodePng(image, 1);
                 out.encodedFormat = QStringLiteral("png");
             }
         }

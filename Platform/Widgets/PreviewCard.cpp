@@ -10,17 +10,18 @@
 #include <QLabel>
 #include <QLocale>
 #include <QMimeDatabase>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
 
 constexpr int iconSize = 128;
 
-QIcon iconFor(const QFileInfo& file, const QMimeType& mime)
+QIcon iconFor(const PreviewCardFacts& facts)
 {
-    QIcon icon = QIcon::fromTheme(mime.iconName(), QIcon::fromTheme(mime.genericIconName()));
+    QIcon icon = QIcon::fromTheme(facts.iconName, QIcon::fromTheme(facts.genericIconName));
     if (icon.isNull())
-        icon = QFileIconProvider().icon(file);
+        icon = QFileIconProvider().icon(QFileInfo(facts.path));
     return icon;
 }
 
@@ -40,7 +41,9 @@ PreviewCardFacts PreviewCardFacts::forFile(
     const QFileInfo file(path);
     const QMimeType mime = QMimeDatabase().mimeTypeForFile(file);
     PreviewCardFacts facts;
-    facts.icon = iconFor(file, mime);
+    facts.path = path;
+    facts.iconName = mime.iconName();
+    facts.genericIconName = mime.genericIconName();
     facts.name = file.fileName();
     facts.kind = UTType::descriptionForIdentifier(identifier, infoDictionaries);
     if (facts.kind.isEmpty())
@@ -55,15 +58,17 @@ PreviewCardFacts PreviewCardFacts::forFile(
 
 PreviewCard::PreviewCard(const PreviewCardFacts& facts, const QString& reason, QWidget* parent)
     : QWidget(parent)
+    , m_facts(facts)
+    , m_icon(new QLabel)
 {
     setAutoFillBackground(true);
     auto* layout = new QVBoxLayout(this);
     layout->addStretch(1);
 
-    auto* icon = new QLabel;
-    icon->setPixmap(facts.icon.pixmap(iconSize, iconSize));
-    icon->setAlignment(Qt::AlignCenter);
-    layout->addWidget(icon);
+    m_icon->setObjectName(QStringLiteral("icon"));
+    m_icon->setMinimumHeight(iconSize);
+    m_icon->setAlignment(Qt::AlignCenter);
+    layout->addWidget(m_icon);
 
     QLabel* name = selectableLabel(facts.name);
     name->setObjectName(QStringLiteral("name"));
@@ -96,3 +101,16 @@ PreviewCard::PreviewCard(const PreviewCardFacts& facts, const QString& reason, Q
     layout->addWidget(why);
     layout->addStretch(1);
 }
+
+void PreviewCard::paintEvent(QPaintEvent* event)
+{
+    QWidget::paintEvent(event);
+    // The icon comes once the card is on the screen: finding and reading it loads the image
+    // plugins, which the first sight of the card need not wait for. Its place is kept meanwhile.
+    if (!m_iconRequested) {
+        m_iconRequested = true;
+        QTimer::singleShot(0, this, &PreviewCard::showIcon);
+    }
+}
+
+void PreviewCard::showIcon() { m_icon->setPixmap(iconFor(m_facts).pixmap(iconSize, iconSize)); }

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QIcon>
 #include <QList>
 #include <QString>
 #include <QVariantMap>
 #include <QWidget>
 
+class QLabel;
+
 // What the card of a file that has no preview says about it.
 struct PreviewCardFacts {
-    QIcon icon;
+    // The file, for its icon: the icon theme's picture of its MIME type, else the style's.
+    QString path;
+    QString iconName;
+    QString genericIconName;
     QString name;
     QString kind;
     // Empty when the file cannot be read.
@@ -27,4 +31,14 @@ class PreviewCard : public QWidget {
     Q_OBJECT
 public:
     PreviewCard(const PreviewCardFacts& facts, const QString& reason, QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void showIcon();
+
+    PreviewCardFacts m_facts;
+    QLabel* m_icon;
+    bool m_iconRequested = false;
 };

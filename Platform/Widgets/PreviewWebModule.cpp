@@ -6,18 +6,65 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QLoggingCategory>
+#include <QOpenGLContext>
 #include <QPluginLoader>
+#include <QTimer>
 #include <unistd.h>
+
+// QtGui's own setter of the context that every OpenGL context of the process shares with; it is
+// exported but not in the public headers.
+Q_GUI_EXPORT void qt_gl_set_global_share_context(QOpenGLContext* context);
 
 namespace PreviewWebModule {
 
 namespace {
 
-    // The web engine draws with OpenGL contexts shared with the application's, which must be asked
-    // for before the application object exists, long before the module is loaded. The request
-    // costs nothing when no page is ever shown.
-    void shareOpenGLContexts() { QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts); }
-    Q_CONSTRUCTOR_FUNCTION(shareOpenGLContexts)
+    // The web engine draws with OpenGL contexts shared with one global context. Qt makes that
+    // context at start when asked to before the application object exists, which maps the GL
+    // driver (and the LLVM behind the software one) into every start. Made here, it costs only
+    // the starts that show a page. The engine reads the context without checking that it exists,
+    // so it is installed even when the driver cannot create it.
+    void makeGlobalShareContext()
+    {
+        if (QOpenGLContext::globalShareContext())
+            return;
+        auto* context = new QOpenGLContext(QCoreApplication::instance());
+        context->setFormat(QSurfaceFormat::defaultFormat());
+        context->create();
+        qt_gl_set_global_share_context(context);
+    }
+
+    // Loading the engine after the application object exists makes Qt warn that it should have
+    // been set up before, and the engine describes its set-up when the first page is made; none of
+    // that is for the user's terminal. The messages are dropped until the event loop runs again,
+    // which covers the load and the first page, made in the same call. Failures to load reach the
+    // caller through the loader.
+    QtMessageHandler previousHandler = nullptr;
+    void dropMessages(QtMsgType type, const QMessageLogContext& context, const QString& message)
+    {
+        if (type == QtCriticalMsg || type == QtFatalMsg)
+            previousHandler(type, context, message);
+    }
+
+    void dropMessagesUntilTheEventLoopRuns()
+    {
+        if (previousHandler)
+            return;
+        previousHandler = qInstallMessageHandler(dropMessages);
+        QTimer::singleShot(0, QCoreApplication::instance(), [] {
+            qInstallMessageHandler(previousHandler);
+            previousHandler = nullptr;
+        });
+    }
+
+    QObject* startEngine(QPluginLoader& loader)
+    {
+        QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext.info=false"));
+        makeGlobalShareContext();
+        dropMessagesUntilTheEventLoopRuns();
+        return loader.instance();
+    }
 
     QString& configuredPath()
     {
@@ -71,7 +118,7 @@ namespace {
             // Kept for the life of the process: the engine cannot be unloaded once it ran.
             loader() = new QPluginLoader(path());
         }
-        QObject* instance = loader()->instance();
+        QObject* instance = loader()->isLoaded() ? loader()->instance() : startEngine(*loader());
         auto* result = qobject_cast<Factory*>(instance);
         if (!result && error) {
             *error = instance

@@ -4,7 +4,9 @@
 #include "TestEnvironment.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <gtest/gtest.h>
 
 namespace {
@@ -34,6 +36,24 @@ TEST_F(BundleTest, ReadsItsInformationDictionary)
     EXPECT_EQ(bundle->bundleIdentifier(), "app.tolvane.Example");
     EXPECT_EQ(bundle->objectForInfoDictionaryKey("CFBundleShortVersionString"), QVariant("2.1"));
     EXPECT_EQ(bundle->executablePath(), path + "/Contents/Linux/Example");
+}
+
+TEST_F(BundleTest, AnInfoPlistChangedOnDiskIsReadAgain)
+{
+    const auto bundle = Bundle::bundleWithPath(path);
+    ASSERT_EQ(bundle->bundleIdentifier(), "app.tolvane.Example");
+    // Rewritten in place, the same length: only the time of the change tells.
+    QByteArray changed = infoPlist;
+    changed.replace("2.1", "2.2");
+    TestEnvironment::writeFile(path + "/Contents/Info.plist", changed);
+    QFile file(path + "/Contents/Info.plist");
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(
+        file.setFileTime(QDateTime::currentDateTime().addSecs(5), QFile::FileModificationTime));
+    EXPECT_EQ(bundle->objectForInfoDictionaryKey("CFBundleShortVersionString"), QVariant("2.2"));
+    // Gone: an empty dictionary.
+    ASSERT_TRUE(QFile::remove(path + "/Contents/Info.plist"));
+    EXPECT_TRUE(bundle->infoDictionary().isEmpty());
 }
 
 TEST_F(BundleTest, OnlyDirectoriesAreBundles)

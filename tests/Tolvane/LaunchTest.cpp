@@ -155,6 +155,9 @@ TEST_P(UnreadablePreferences, AreMovedAsideWithOneWarning)
     EXPECT_EXIT(
         {
             qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
+            // Registered, not stored: the stored settings are the unreadable file.
+            UserDefaults::standardUserDefaults().registerDefaults(
+                { { "moveToApplicationsFolderAlertSuppress", true } });
             testing::internal::CaptureStderr();
             {
                 TLAppDelegate delegate;
@@ -212,10 +215,19 @@ TEST_P(FinishLaunching, TurnsOnChecksAndStartsTheBackgroundCheckOnlyUpToTen9)
             defaults.setObject(c.storedAutomaticChecks, "SUEnableAutomaticChecks");
             defaults.setObject(QString("0.1"), "Preferences Application Version");
             TLAppDelegate delegate;
+            delegate.setLaunchUpdateChecksDelay(std::chrono::milliseconds(0));
             delegate.applicationDidFinishLaunching();
-            const bool ok
-                = defaults.objectForKey("SUEnableAutomaticChecks") == QVariant(c.expectChecks)
-                && SUUpdater::sharedUpdater()->updateInProgress() == c.expectBackgroundCheck
+            // The check waits for the event loop, however short the delay; it may be over by the
+            // time the loop has run.
+            const bool waited = !SUUpdater::sharedUpdater()->updateInProgress();
+            bool finished = false;
+            QObject::connect(SUUpdater::sharedUpdater(), &SUUpdater::updateCheckFinished,
+                [&finished] { finished = true; });
+            QCoreApplication::processEvents();
+            const bool started = finished || SUUpdater::sharedUpdater()->updateInProgress();
+            const bool ok = waited
+                && defaults.objectForKey("SUEnableAutomaticChecks") == QVariant(c.expectChecks)
+                && started == c.expectBackgroundCheck
                 && defaults.objectForKey("Preferences Application Version") == QVariant("2.5");
             // At once: the check started here is still under way.
             std::_Exit(ok ? 0 : 1);

@@ -104,6 +104,12 @@ public:
     }
 
 protected:
+    // What the page logs to its console is not for the user's terminal.
+    void javaScriptConsoleMessage(
+        JavaScriptConsoleMessageLevel, const QString&, int, const QString&) override
+    {
+    }
+
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override
     {
         PreviewNavigationCause cause = PreviewNavigationCause::Page;

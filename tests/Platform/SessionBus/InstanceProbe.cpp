@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// instance_probe IDENTIFIER [ARGUMENT...]: claims the application instance as a launch would and
-// prints the role it got ("Primary", "Forwarded" or "Alone").
+// instance_probe IDENTIFIER [ARGUMENT...]: a launch as the application's launcher makes it: hands
+// the arguments to a running instance before any application object exists, else claims the
+// instance, and prints the role it got ("Forwarded", "Primary" or "Alone").
 #include "ApplicationInstance.h"
 
 #include <QCoreApplication>
@@ -8,13 +9,21 @@
 
 int main(int argc, char** argv)
 {
-    QCoreApplication application(argc, argv);
-    QStringList arguments = application.arguments().mid(1);
-    if (arguments.isEmpty()) {
+    if (argc < 2) {
         std::fprintf(stderr, "usage: instance_probe IDENTIFIER [ARGUMENT...]\n");
         return 2;
     }
-    ApplicationInstance instance(arguments.takeFirst());
+    const QString identifier = QString::fromLocal8Bit(argv[1]);
+    QStringList arguments;
+    for (int i = 2; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    if (ApplicationInstance::forwardToRunningInstance(identifier, arguments)) {
+        std::printf("Forwarded\n");
+        return 0;
+    }
+
+    QCoreApplication application(argc, argv);
+    ApplicationInstance instance(identifier);
     const char* role = "Alone";
     switch (instance.claim(arguments)) {
     case ApplicationInstance::Role::Primary:
