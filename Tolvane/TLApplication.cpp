@@ -144,10 +144,11 @@ int TLApplication::run()
 
     if (!launchedBeforeClaim)
         m_delegate->applicationWillFinishLaunching();
-    registerWithDesktop();
     openArguments(arguments);
-    // The rest of the launch waits until the window of the arguments is on the screen.
+    // The rest of the launch, telling the desktop where Tolvane is included, waits until the
+    // window of the arguments is on the screen.
     const auto rest = [this, openPanel = arguments.isEmpty()] {
+        registerWithDesktop();
         m_delegate->applicationDidFinishLaunching();
         finishLaunching();
         if (openPanel)
