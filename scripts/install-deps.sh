@@ -21,8 +21,8 @@ packages=(
     # the desktop's own tools, as the registration tests use them (xdg-open tells a file's type
     # with mimetype from libfile-mimeinfo-perl)
     xdg-utils libglib2.0-bin libfile-mimeinfo-perl
-    # the Debian package and its checks
-    dpkg-dev lintian
+    # the Debian package and its checks (CPack finds the executables to scan with file)
+    dpkg-dev lintian file
 )
 
 missing=()
