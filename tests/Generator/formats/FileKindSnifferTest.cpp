@@ -35,7 +35,6 @@ TEST(FileKindSniffer, tellsTheKindOfTheSamples)
     } cases[] = {
         { "samples/illustrator-saved-as.head.pdf", "c.pdf", FileKind::IllustratorPdf },
         { "samples/illustrator88.eps", "e.eps", FileKind::Eps },
-        { "samples/illustrator88.eps", "e.ai", FileKind::IllustratorPostScript },
         { "samples/postscript-exiftool.eps", "f.ai", FileKind::Eps },
         { "samples/indesign-exiftool.indd", "renamed.bin", FileKind::InDesign },
         { "samples/interchange-exiftool.inx", "h.inx", FileKind::InDesignInterchange },

@@ -122,49 +122,35 @@ TEST(SwatchExchange, readsEveryModelWithEveryType)
     }
 }
 
+// A swatch after an inner group belongs to the outer one; a group end without a group, a block
+// of an unknown kind and a group left open are tolerated.
 TEST(SwatchExchange, buildsTheGroupTree)
-{
-    const AseDocument document = parsed(AseFileBuilder()
-                                            .color("Loose", "Gray", { 0 }, 2)
-                                            .groupStart("Outer")
-                                            .color("A", "Gray", { 0.1f }, 2)
-                                            .groupStart("Inner")
-                                            .color("B", "Gray", { 0.2f }, 1)
-                                            .groupEnd()
-                                            .groupStart("Empty")
-                                            .groupEnd()
-                                            .color("C", "Gray", { 0.3f }, 0)
-                                            .groupEnd()
-                                            .groupStartWithoutName()
-                                            .groupEnd()
-                                            .bytes());
-    ASSERT_EQ(document.swatches.size(), 1u);
-    ASSERT_EQ(document.groups.size(), 2u);
-    const AseGroup& outer = document.groups[0];
-    EXPECT_EQ(outer.name, QStringLiteral("Outer"));
-    ASSERT_EQ(outer.swatches.size(), 2u);
-    EXPECT_EQ(outer.swatches[1].name, QStringLiteral("C"));
-    ASSERT_EQ(outer.groups.size(), 2u);
-    EXPECT_EQ(outer.groups[0].name, QStringLiteral("Inner"));
-    ASSERT_EQ(outer.groups[0].swatches.size(), 1u);
-    EXPECT_EQ(outer.groups[0].swatches[0].name, QStringLiteral("B"));
-    EXPECT_EQ(outer.groups[1].name, QStringLiteral("Empty"));
-    EXPECT_TRUE(outer.groups[1].swatches.empty());
-    EXPECT_TRUE(document.groups[1].name.isEmpty());
-}
-
-TEST(SwatchExchange, toleratesUnbalancedGroupsAndUnknownBlocks)
 {
     const AseDocument document = parsed(AseFileBuilder()
                                             .groupEnd()
                                             .block(0x0042, "opaque")
-                                            .groupStart("Open")
+                                            .groupStart("Outer")
+                                            .groupStart("Inner")
+                                            .color("B", "Gray", { 0.2f }, 1)
+                                            .groupEnd()
+                                            .color("C", "Gray", { 0.3f }, 0)
+                                            .groupEnd()
+                                            .groupStartWithoutName()
                                             .color("Kept", "RGB ", { 1, 1, 1 }, 2)
                                             .bytes());
     EXPECT_TRUE(document.swatches.empty());
-    ASSERT_EQ(document.groups.size(), 1u);
-    ASSERT_EQ(document.groups[0].swatches.size(), 1u);
-    EXPECT_EQ(document.groups[0].swatches[0].name, QStringLiteral("Kept"));
+    ASSERT_EQ(document.groups.size(), 2u);
+    const AseGroup& outer = document.groups[0];
+    EXPECT_EQ(outer.name, QStringLiteral("Outer"));
+    ASSERT_EQ(outer.swatches.size(), 1u);
+    EXPECT_EQ(outer.swatches[0].name, QStringLiteral("C"));
+    ASSERT_EQ(outer.groups.size(), 1u);
+    EXPECT_EQ(outer.groups[0].name, QStringLiteral("Inner"));
+    ASSERT_EQ(outer.groups[0].swatches.size(), 1u);
+    EXPECT_EQ(outer.groups[0].swatches[0].name, QStringLiteral("B"));
+    EXPECT_TRUE(document.groups[1].name.isEmpty());
+    ASSERT_EQ(document.groups[1].swatches.size(), 1u);
+    EXPECT_EQ(document.groups[1].swatches[0].name, QStringLiteral("Kept"));
 }
 
 static QByteArray deeplyNested(int depth)

@@ -46,19 +46,6 @@ TEST(ZipArchive, readsStoredAndDeflatedEntries)
     EXPECT_EQ(contents->entries.at(QStringLiteral("Ünïcode name.txt")), QByteArray("u"));
 }
 
-TEST(ZipArchive, readsTheIdmlSample)
-{
-    const QByteArray idml = TestEnvironment::readFile(
-        TestEnvironment::dataPath(QStringLiteral("formats/samples/idml-4-pages-layers.idml")));
-    const auto contents = readAll(idml);
-    ASSERT_TRUE(contents.ok()) << contents.reason().toStdString();
-    EXPECT_EQ(contents->names.size(), 18);
-    EXPECT_EQ(contents->names.front(), QStringLiteral("mimetype"));
-    EXPECT_EQ(contents->entries.at(QStringLiteral("META-INF/metadata.xml")),
-        TestEnvironment::readFile(TestEnvironment::dataPath(
-            QStringLiteral("formats/samples/idml-4-pages-layers.metadata.xml"))));
-}
-
 static QByteArray zipWithDataCut(QByteArray bytes)
 {
     // Keep the directory but spoil the middle of the deflated data: inflate fails or the CRC does.

@@ -92,10 +92,13 @@ TEST(IdmlPreview, aPackageZippedAgainIsRecognisedByItsContent)
     EXPECT_EQ(contentOf(file).pages.size(), 2u);
 }
 
+// The real package links to a photo by the absolute path of the machine it was made on; in a
+// packaged job, the photo is found in the job's Links folder.
 TEST(IdmlPreview, fontsColoursAndLinksFromTheXml)
 {
-    const PreviewContent content
-        = contentOf(samplePath(QStringLiteral("kinds/idml-article-1photo.idml")));
+    const QString job = fileWith(QStringLiteral("job/article.idml"),
+        sample(QStringLiteral("kinds/idml-article-1photo.idml")));
+    const PreviewContent content = contentOf(job);
     // Fonts.xml lists 26 fonts; the metadata only the 14 the text uses.
     ASSERT_EQ(content.fonts.size(), 26u);
     EXPECT_EQ(content.fonts[0].name, QStringLiteral("MinionPro-BoldCn"));
@@ -120,19 +123,12 @@ TEST(IdmlPreview, fontsColoursAndLinksFromTheXml)
                        "tests/regressiontests/IDML/media/default.jpg"));
     EXPECT_FALSE(content.links[0].exists);
     EXPECT_EQ(content.pages.size(), 1u);
-}
 
-// The real package links to a photo by the absolute path of the machine it was made on.
-TEST(IdmlPreview, aPackagedJobsLinksAreFoundInItsLinksFolder)
-{
-    const QString job = fileWith(QStringLiteral("job/article.idml"),
-        sample(QStringLiteral("kinds/idml-article-1photo.idml")));
-    EXPECT_FALSE(contentOf(job).links.at(0).exists);
     const QString photo = fileWith(QStringLiteral("job/Links/default.jpg"), "jpeg");
-    const PreviewContent content = contentOf(job);
-    ASSERT_EQ(content.links.size(), 1u);
-    EXPECT_TRUE(content.links[0].exists);
-    EXPECT_EQ(content.links[0].path, photo);
+    const PreviewContent packaged = contentOf(job);
+    ASSERT_EQ(packaged.links.size(), 1u);
+    EXPECT_TRUE(packaged.links[0].exists);
+    EXPECT_EQ(packaged.links[0].path, photo);
 }
 
 TEST(IdmlPreview, aLinkBesideTheDocumentExists)

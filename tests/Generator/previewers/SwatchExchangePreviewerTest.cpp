@@ -165,28 +165,6 @@ TEST(AseSheet, groupsNestedAndEmpty)
     EXPECT_TRUE(fills.contains(QStringLiteral("#ff0000")));
 }
 
-TEST(AsePreview, everySampleMakesAWellFormedSheet)
-{
-    struct Case {
-        const char* file;
-        int swatches;
-    };
-    const Case cases[] = { { "three-colors", 3 }, { "one-group", 1 }, { "sampler", 5 },
-        { "empty-white-folder", 0 } };
-    for (const Case& c : cases) {
-        const QString path
-            = samplePath(QStringLiteral("formats/ase/%1.ase").arg(QLatin1String(c.file)));
-        auto result = previewerForKind(Formats::FileKind::SwatchExchange)->preview(path, {});
-        ASSERT_TRUE(result.ok()) << c.file << ": " << result.reason().toStdString();
-        int count = 0;
-        for (const PreviewSwatchGroup& group : result->swatchGroups)
-            count += int(group.swatches.size());
-        EXPECT_EQ(count, c.swatches) << c.file;
-        ASSERT_EQ(result->pages.size(), 1u);
-        textsOf(result->pages[0].encoded);
-    }
-}
-
 TEST(AsePreview, cutAndForeignFilesFail)
 {
     const QByteArray whole = sample(QStringLiteral("formats/ase/three-colors.ase"));
