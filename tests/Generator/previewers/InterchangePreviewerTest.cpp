@@ -28,6 +28,11 @@ PreviewContent contentOf(const QString& path, const VTPreviewSettings& settings 
     return result.ok() ? std::move(result).value() : PreviewContent();
 }
 
+QString fontText(const PreviewFont& font)
+{
+    return QStringList { font.name, font.family, font.style, font.kind }.join(u'|');
+}
+
 const PreviewSwatch* swatchNamed(const PreviewContent& content, const QString& name)
 {
     for (const PreviewSwatchGroup& group : content.swatchGroups) {
@@ -101,10 +106,7 @@ TEST(IdmlPreview, fontsColoursAndLinksFromTheXml)
     const PreviewContent content = contentOf(job);
     // Fonts.xml lists 26 fonts; the metadata only the 14 the text uses.
     ASSERT_EQ(content.fonts.size(), 26u);
-    EXPECT_EQ(content.fonts[0].name, QStringLiteral("MinionPro-BoldCn"));
-    EXPECT_EQ(content.fonts[0].family, QStringLiteral("Minion Pro"));
-    EXPECT_EQ(content.fonts[0].style, QStringLiteral("Bold Cond"));
-    EXPECT_EQ(content.fonts[0].kind, QStringLiteral("OpenType CFF"));
+    EXPECT_EQ(fontText(content.fonts[0]), "MinionPro-BoldCn|Minion Pro|Bold Cond|OpenType CFF");
 
     ASSERT_EQ(content.swatchGroups.size(), 1u);
     // The visible, named swatches; Cyan, Magenta, Yellow and the unnamed colours are hidden.
@@ -196,10 +198,7 @@ TEST(InxPreview, coloursFontsAndLinksOfTheSample)
     EXPECT_TRUE(black->process);
 
     ASSERT_EQ(content.fonts.size(), 1u);
-    EXPECT_EQ(content.fonts[0].name, QStringLiteral("Times-Roman"));
-    EXPECT_EQ(content.fonts[0].family, QStringLiteral("Times"));
-    EXPECT_EQ(content.fonts[0].style, QStringLiteral("Regular"));
-    EXPECT_EQ(content.fonts[0].kind, QStringLiteral("TrueType"));
+    EXPECT_EQ(fontText(content.fonts[0]), "Times-Roman|Times|Regular|TrueType");
 
     // The sample's only thumbnail lost its picture data.
     EXPECT_TRUE(content.pages.empty());

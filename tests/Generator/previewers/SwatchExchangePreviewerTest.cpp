@@ -139,15 +139,10 @@ TEST(AseSheet, groupsNestedAndEmpty)
     EXPECT_EQ(preview->pages[0].encodedFormat, QStringLiteral("svg"));
     EXPECT_FALSE(preview->pages[0].sizePoints.isEmpty());
     const std::vector<PreviewSwatchGroup>& groups = preview->swatchGroups;
-    ASSERT_EQ(groups.size(), 4u);
-    EXPECT_EQ(groups[0].name, QString());
-    EXPECT_EQ(groups[1].name, QStringLiteral("Brand"));
-    EXPECT_EQ(groups[2].name, QStringLiteral("Brand / Accents"));
-    EXPECT_EQ(groups[3].name, QStringLiteral("Empty & <odd>"));
-    EXPECT_EQ(groups[0].swatches.size(), 1u);
-    EXPECT_EQ(groups[1].swatches.size(), 1u);
-    EXPECT_EQ(groups[2].swatches.size(), 1u);
-    EXPECT_TRUE(groups[3].swatches.empty());
+    QStringList groupNames;
+    for (const PreviewSwatchGroup& group : groups)
+        groupNames.append(group.name + u':' + QString::number(group.swatches.size()));
+    ASSERT_EQ(groupNames, QStringList({ ":1", "Brand:1", "Brand / Accents:1", "Empty & <odd>:0" }));
     EXPECT_TRUE(groups[1].swatches[0].spot);
     EXPECT_TRUE(groups[2].swatches[0].global);
 
