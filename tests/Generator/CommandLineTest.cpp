@@ -224,7 +224,8 @@ TEST(FileArguments, ANameThatIsNotUtf8IsOpened)
     EXPECT_FALSE(QImage(out() + "/page-1.png").isNull());
 }
 
-// Each failure has its status (runGenerator checks the one line that says why) and writes nothing.
+// Each failure has its status and its words (runGenerator checks that they are one line) and
+// writes nothing.
 TEST(FailingRun, ExitsWithItsStatusAndWritesNothing)
 {
     const QString garbage = TestEnvironment::home() + QStringLiteral("/documents/notes.ai");
@@ -250,9 +251,14 @@ TEST(FailingRun, ExitsWithItsStatusAndWritesNothing)
         { { "preview", ai, "--verbose", "--out", out() }, 2 },
         { { "preview", TestEnvironment::home() + "/nowhere.ai", "--out", out() }, 1 },
     };
+    // The words the application shows, by status.
+    const char* const words[]
+        = { "", "failed: ", "usage: ", "not a file of this kind: ", "damaged file: " };
     for (const auto& [arguments, status] : cases) {
         SCOPED_TRACE(arguments.join(u' ').toStdString());
-        EXPECT_EQ(runGenerator(arguments).exitCode, status);
+        const Outcome run = runGenerator(arguments);
+        EXPECT_EQ(run.exitCode, status);
+        EXPECT_TRUE(run.standardError.startsWith(QLatin1StringView(words[status])));
         EXPECT_TRUE(filesBelow(out()).isEmpty());
     }
 }
