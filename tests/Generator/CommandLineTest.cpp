@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The generator's command line, end to end: the executable in its bundle, run as a process.
 #include "GeneratorProcess.h"
-#include "PropertyList.h"
 #include "TestEnvironment.h"
 
 #include <QDir>
@@ -12,7 +11,6 @@
 #include <QRegularExpression>
 #include <QUrl>
 #include <fcntl.h>
-#include <functional>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -35,6 +33,11 @@ QString copyToHome(const QString& source, const QString& name, qsizetype keepByt
 
 QString out() { return TestEnvironment::home() + QStringLiteral("/out"); }
 
+QString page(const QString& folder = out())
+{
+    return QString::fromUtf8(TestEnvironment::readFile(folder + QStringLiteral("/index.html")));
+}
+
 QStringList pictureLinks(const QString& html)
 {
     QStringList links;
@@ -44,84 +47,101 @@ QStringList pictureLinks(const QString& html)
     return links;
 }
 
-struct KindCase {
-    const char* name;
-    QString file; // a path, or a name under the test's home made by prepare
-    QString uti;
-    QString kindName;
-    int pages;
-    QString pictureSuffix;
-};
-
-// The Illustrator 88 EPS named as an Illustrator document: the PostScript of older versions.
-QString postScriptIllustrator() { return copyToHome(formatsSample("illustrator88.eps"), "old.ai"); }
-
-class PreviewOfEachKind : public testing::TestWithParam<KindCase> { };
-
-TEST_P(PreviewOfEachKind, WritesThePageAndItsPicturesIntoTheFolderOnly)
+// Each kind's page and thumbnail, written into their own files only: no temporary files, nothing
+// elsewhere in the home, not even the runtime folder Qt makes without XDG_RUNTIME_DIR.
+TEST(EachKind, WritesItsPageAndThumbnailAndNothingElse)
 {
-    const KindCase& c = GetParam();
-    const QString file = c.file.isEmpty() ? postScriptIllustrator() : c.file;
-    const QString out = TestEnvironment::home() + QStringLiteral("/out");
+    struct Case {
+        QString file;
+        QString uti;
+        const char* kindName;
+        int pages;
+        const char* pictureSuffix;
+        int thumbnailSize;
+        bool fills; // the picture is large enough to fill the thumbnail on its longer side
+    };
+    const Case cases[] = {
+        { generatorData("illustrator-normal.ai"), IllustratorUti, "Illustrator document", 1, ".png",
+            128, true },
+        { generatorData("illustrator-without-pdf-content.ai"), IllustratorUti,
+            "Illustrator document", 1, ".jpg", 64, true },
+        { generatorData("illustrator-saved-as.pdf"), "", "PDF saved by Illustrator", 1, ".png", 0,
+            false },
+        { generatorData("illustrator-like-5-pages.ai"), IllustratorUti, "Illustrator document", 5,
+            ".png", 0, false },
+        { formatsSample("illustrator24.eps"), EpsUti, "Encapsulated PostScript", 1, ".png", 0,
+            false },
+        { formatsSample("illustrator88.eps"), EpsUti, "Encapsulated PostScript", 1, ".png", 100,
+            true },
+        { formatsSample("postscript-exiftool.eps"), "", "Encapsulated PostScript", 1, ".png", 512,
+            false },
+        // The Illustrator 88 EPS named as an Illustrator document: the PostScript of older
+        // versions.
+        { copyToHome(formatsSample("illustrator88.eps"), "old.ai"), IllustratorUti,
+            "Illustrator document (PostScript)", 1, ".png", 256, true },
+    };
     const QString work = TestEnvironment::home() + QStringLiteral("/work");
     QDir().mkpath(work);
     const QStringList homeBefore = filesBelow(TestEnvironment::home());
+    const RunOptions options { .workingFolder = work,
+        .environment = [](QProcessEnvironment& environment) {
+            environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
+        } };
+    int index = 0;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.file.toStdString());
+        const QString folder = out() + QString::number(++index);
+        const Outcome run
+            = runGenerator({ "preview", c.file, "--uti", c.uti, "--out", folder }, options);
+        ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
+        EXPECT_TRUE(run.standardError.isEmpty()) << run.standardError.toStdString();
+        const QString html = page(folder);
+        EXPECT_TRUE(html.contains(QStringLiteral("<p class=\"kind\">%1</p>").arg(c.kindName)));
+        QStringList pictures = pictureLinks(html);
+        ASSERT_EQ(pictures.size(), c.pages);
+        for (const QString& picture : pictures) {
+            EXPECT_TRUE(picture.endsWith(QLatin1StringView(c.pictureSuffix)));
+            EXPECT_FALSE(QImage(folder + "/" + picture).isNull()) << picture.toStdString();
+        }
+        pictures.append(QStringLiteral("index.html"));
+        pictures.sort();
+        EXPECT_EQ(filesBelow(folder), pictures);
+        if (c.thumbnailSize == 0)
+            continue;
 
-    const Outcome run = runGenerator(
-        { "preview", file, "--uti", c.uti, "--out", out }, { .workingFolder = work });
-
-    ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-    EXPECT_TRUE(run.standardError.isEmpty()) << run.standardError.toStdString();
-    const QString html = QString::fromUtf8(TestEnvironment::readFile(out + "/index.html"));
-    EXPECT_TRUE(html.contains(QStringLiteral("<p class=\"kind\">%1</p>").arg(c.kindName)))
-        << html.left(2000).toStdString();
-    const QStringList pictures = pictureLinks(html);
-    ASSERT_EQ(pictures.size(), c.pages);
-    for (const QString& picture : pictures) {
-        EXPECT_TRUE(picture.endsWith(c.pictureSuffix)) << picture.toStdString();
-        EXPECT_FALSE(QImage(out + "/" + picture).isNull()) << picture.toStdString();
+        const QString png = folder + QStringLiteral("-thumbnail/t.png");
+        QDir().mkpath(QFileInfo(png).path());
+        ASSERT_EQ(runGenerator({ "thumbnail", c.file, "--size", QString::number(c.thumbnailSize),
+                                   "--out", png },
+                      options)
+                      .exitCode,
+            0);
+        const QImage image(png, "PNG");
+        const int longer = std::max(image.width(), image.height());
+        EXPECT_LE(longer, c.thumbnailSize);
+        EXPECT_GE(longer, c.fills ? c.thumbnailSize - 2 : 1);
+        // Opaque, so that it shows on a dark file-manager background too.
+        EXPECT_FALSE(image.hasAlphaChannel());
+        EXPECT_EQ(filesBelow(QFileInfo(png).path()), QStringList { "t.png" });
     }
-    // Nothing but the page and its pictures, no temporary files, nothing elsewhere in the home.
-    QStringList expected = pictures;
-    expected.append(QStringLiteral("index.html"));
-    expected.sort();
-    EXPECT_EQ(filesBelow(out), expected);
     QStringList homeAfter = filesBelow(TestEnvironment::home());
-    homeAfter.removeIf([](const QString& path) { return path.startsWith(u"out/"); });
+    homeAfter.removeIf([](const QString& path) { return path.startsWith(u"out"); });
     EXPECT_EQ(homeAfter, homeBefore);
+    EXPECT_EQ(QDir(TestEnvironment::home() + QStringLiteral("/tmp"))
+                  .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+        QStringList());
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, PreviewOfEachKind,
-    testing::Values(KindCase { "IllustratorWithPdfContent", generatorData("illustrator-normal.ai"),
-                        IllustratorUti, "Illustrator document", 1, ".png" },
-        KindCase { "IllustratorSavedWithoutPdfContent",
-            generatorData("illustrator-without-pdf-content.ai"), IllustratorUti,
-            "Illustrator document", 1, ".jpg" },
-        KindCase { "PdfSavedByIllustratorWithoutType", generatorData("illustrator-saved-as.pdf"),
-            "", "PDF saved by Illustrator", 1, ".png" },
-        KindCase { "IllustratorWithFiveArtboards", generatorData("illustrator-like-5-pages.ai"),
-            IllustratorUti, "Illustrator document", 5, ".png" },
-        KindCase { "EpsWithBinaryHeader", formatsSample("illustrator24.eps"), EpsUti,
-            "Encapsulated PostScript", 1, ".png" },
-        KindCase { "EpsOfIllustrator88", formatsSample("illustrator88.eps"), EpsUti,
-            "Encapsulated PostScript", 1, ".png" },
-        KindCase { "EpsWithNestedDocuments", formatsSample("postscript-exiftool.eps"), "",
-            "Encapsulated PostScript", 1, ".png" },
-        KindCase { "IllustratorPostScript", "", IllustratorUti, "Illustrator document (PostScript)",
-            1, ".png" }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST(PreviewLinks, AnExistingLinkedFileLinksToTheApplication)
+// A linked file that exists links to the application, artboards are white paper.
+TEST(PreviewPage, LinksExistingFilesAndDrawsArtboardsOnPaper)
 {
     const QString document
         = copyToHome(generatorData("illustrator-like-5-pages.ai"), "Mes documents/poster.ai");
     TestEnvironment::writeFile(
         TestEnvironment::home() + "/documents/Mes documents/links/photo one.png", "png");
-    const Outcome run
-        = runGenerator({ "preview", document, "--out", TestEnvironment::home() + "/out" });
+    const Outcome run = runGenerator({ "preview", document, "--out", out() });
     ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-    const QString html
-        = QString::fromUtf8(TestEnvironment::readFile(TestEnvironment::home() + "/out/index.html"));
+    const QString html = page();
     const QString escapedHome
         = QString::fromLatin1(QUrl::toPercentEncoding(TestEnvironment::home()));
     EXPECT_TRUE(html.contains(
@@ -130,6 +150,9 @@ TEST(PreviewLinks, AnExistingLinkedFileLinksToTheApplication)
             .arg(escapedHome)))
         << html.toStdString();
     EXPECT_TRUE(html.contains(QStringLiteral("missing image.tif <span>(missing)</span>")));
+    const QImage picture(out() + QStringLiteral("/page-1.png"));
+    ASSERT_FALSE(picture.isNull());
+    EXPECT_EQ(picture.pixel(2, 2), qRgba(255, 255, 255, 255));
 }
 
 // A file already in the output, a link to a file elsewhere, is replaced; what it pointed to is
@@ -138,22 +161,20 @@ TEST(OutputFiles, LinksAlreadyThereAreReplacedNotWrittenThrough)
 {
     const QString victim = TestEnvironment::home() + QStringLiteral("/victim.txt");
     TestEnvironment::writeFile(victim, "precious");
-    const QString out = TestEnvironment::home() + QStringLiteral("/out");
-    QDir().mkpath(out);
-    for (const char* name : { "/index.html", "/page-1.png", "/t.png" })
-        ASSERT_TRUE(QFile::link(victim, out + name));
+    QDir().mkpath(out());
+    const QStringList names { "index.html", "page-1.png", "t.png" };
+    for (const QString& name : names)
+        ASSERT_TRUE(QFile::link(victim, out() + "/" + name));
 
     const QString eps = formatsSample("illustrator88.eps");
-    EXPECT_EQ(runGenerator({ "preview", eps, "--out", out }).exitCode, 0);
+    EXPECT_EQ(runGenerator({ "preview", eps, "--out", out() }).exitCode, 0);
     EXPECT_EQ(
-        runGenerator({ "thumbnail", eps, "--size", "32", "--out", out + "/t.png" }).exitCode, 0);
+        runGenerator({ "thumbnail", eps, "--size", "32", "--out", out() + "/t.png" }).exitCode, 0);
 
     EXPECT_EQ(TestEnvironment::readFile(victim), "precious");
-    for (const char* name : { "/index.html", "/page-1.png", "/t.png" }) {
-        EXPECT_FALSE(QFileInfo(out + name).isSymLink()) << name;
-        EXPECT_TRUE(QFileInfo(out + name).isFile()) << name;
-    }
-    EXPECT_EQ(filesBelow(out), (QStringList { "index.html", "page-1.png", "t.png" }));
+    for (const QString& name : names)
+        EXPECT_FALSE(QFileInfo(out() + "/" + name).isSymLink()) << name.toStdString();
+    EXPECT_EQ(filesBelow(out()), names);
 }
 
 // Qt's own options (-platform, -reverse) are never read from the generator's command line, and
@@ -161,23 +182,20 @@ TEST(OutputFiles, LinksAlreadyThereAreReplacedNotWrittenThrough)
 TEST(FileArguments, NamesThatLookLikeOptionsAreFiles)
 {
     const QString folder = TestEnvironment::home() + QStringLiteral("/documents");
-    const QStringList names { "-platform", "-reverse", "--x.ai" };
-    for (const QString& name : names)
-        copyToHome(formatsSample("illustrator88.eps"), name);
-    for (const QString& name : names) {
+    for (const QString name : { "-platform", "-reverse", "--x.ai" }) {
         SCOPED_TRACE(name.toStdString());
+        copyToHome(formatsSample("illustrator88.eps"), name);
         const QString out = TestEnvironment::home() + QStringLiteral("/out-") + name;
         QStringList arguments { "preview", "--uti", EpsUti, "--out", out, "--", name };
         if (!name.startsWith(u"--"))
             arguments.remove(5);
         const Outcome run = runGenerator(arguments, { .workingFolder = folder });
         EXPECT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-        EXPECT_TRUE(QString::fromUtf8(TestEnvironment::readFile(out + "/index.html"))
-                        .contains(QStringLiteral("<h1>%1</h1>").arg(name)));
+        EXPECT_TRUE(page(out).contains(QStringLiteral("<h1>%1</h1>").arg(name)));
     }
-    const Outcome refused
-        = runGenerator({ "preview", "--x.ai", "--out", out() }, { .workingFolder = folder });
-    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_EQ(
+        runGenerator({ "preview", "--x.ai", "--out", out() }, { .workingFolder = folder }).exitCode,
+        2);
 }
 
 // A name from an older system, in Latin-1: not UTF-8, and still the file.
@@ -202,221 +220,47 @@ TEST(FileArguments, ANameThatIsNotUtf8IsOpened)
     ASSERT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
-    const QString html = QString::fromUtf8(TestEnvironment::readFile(out() + "/index.html"));
-    EXPECT_TRUE(html.contains(QStringLiteral("<h1>Gr\uFFFD\uFFFDe.eps</h1>")))
-        << html.left(2000).toStdString();
+    EXPECT_TRUE(page().contains(QStringLiteral("<h1>Gr\uFFFD\uFFFDe.eps</h1>")));
     EXPECT_FALSE(QImage(out() + "/page-1.png").isNull());
 }
 
-// Without XDG_RUNTIME_DIR, Qt would make a runtime folder in the temporary folder.
-TEST(OutputFiles, NothingIsMadeOutsideTheOutputWithoutARuntimeFolder)
+// Each failure has its status and its words (runGenerator checks that they are one line) and
+// writes nothing.
+TEST(FailingRun, ExitsWithItsStatusAndWritesNothing)
 {
-    const Outcome run
-        = runGenerator({ "preview", formatsSample("illustrator88.eps"), "--out", out() },
-            { .environment = [](QProcessEnvironment& environment) {
-                environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
-            } });
-    EXPECT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-    const QString temporary = TestEnvironment::home() + QStringLiteral("/tmp");
-    EXPECT_EQ(QDir(temporary).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-        QStringList());
-}
-
-struct FailureCase {
-    const char* name;
-    std::function<QStringList()> arguments;
-    int exitCode;
-    QString words; // the start of the one line on stderr
-};
-
-QString garbage(const char* name)
-{
-    const QString path = TestEnvironment::home() + QStringLiteral("/documents/") + name;
+    const QString garbage = TestEnvironment::home() + QStringLiteral("/documents/notes.ai");
     TestEnvironment::writeFile(
-        path, QByteArray("just some words, and then \x01\x02\x03 bytes\n").repeated(40));
-    return path;
-}
-
-class FailingRun : public testing::TestWithParam<FailureCase> { };
-
-TEST_P(FailingRun, ExitsWithItsStatusAndOneLineWhy)
-{
-    const FailureCase& c = GetParam();
-    const Outcome run = runGenerator(c.arguments());
-    EXPECT_EQ(run.exitCode, c.exitCode) << run.standardError.toStdString();
-    EXPECT_TRUE(run.standardError.startsWith(c.words + QStringLiteral(": ")))
-        << run.standardError.toStdString();
-    EXPECT_EQ(run.standardError.count(u'\n'), 1) << run.standardError.toStdString();
-    EXPECT_TRUE(filesBelow(out()).isEmpty()) << filesBelow(out()).join(u' ').toStdString();
-}
-
-INSTANTIATE_TEST_SUITE_P(Statuses, FailingRun,
-    testing::Values(FailureCase { "GarbageClaimedAsIllustrator",
-                        [] {
-                            return QStringList { "preview", garbage("notes.ai"), "--uti",
-                                IllustratorUti, "--out", out() };
-                        },
-                        3, "not a file of this kind" },
-        FailureCase { "GarbageWithoutType",
-            [] {
-                return QStringList { "preview", garbage("notes.bin"), "--out", out() };
-            },
-            3, "not a file of this kind" },
-        FailureCase { "SwatchFileClaimedAsEps",
-            [] {
-                return QStringList { "preview",
-                    TestEnvironment::dataPath("formats/ase/one-color.ase"), "--uti", EpsUti,
-                    "--out", out() };
-            },
-            3, "not a file of this kind" },
-        FailureCase { "IllustratorCutInHalf",
-            [] {
-                return QStringList { "preview",
-                    copyToHome(generatorData("illustrator-normal.ai"), "half.ai", 700000), "--uti",
-                    IllustratorUti, "--out", out() };
-            },
-            4, "damaged file" },
-        FailureCase { "BinaryEpsCutShort",
-            [] {
-                return QStringList { "preview",
-                    copyToHome(formatsSample("illustrator24.eps"), "cut.eps", 4000), "--uti",
-                    EpsUti, "--out", out() };
-            },
-            4, "damaged file" },
-        FailureCase { "ThumbnailOfACutIllustrator",
-            [] {
-                return QStringList { "thumbnail",
-                    copyToHome(generatorData("illustrator-saved-as.pdf"), "cut.pdf", 5000),
-                    "--size", "64", "--out", out() + "/t.png" };
-            },
-            4, "damaged file" },
-        FailureCase { "NoArguments", [] { return QStringList {}; }, 2, "usage" },
-        FailureCase { "PreviewWithoutOutput",
-            [] {
-                return QStringList { "preview", generatorData("illustrator-normal.ai") };
-            },
-            2, "usage" },
-        FailureCase { "ThumbnailWithoutSize",
-            [] {
-                return QStringList { "thumbnail", generatorData("illustrator-normal.ai"), "--out",
-                    out() + "/t.png" };
-            },
-            2, "usage" },
-        FailureCase { "ThumbnailOfSizeZero",
-            [] {
-                return QStringList { "thumbnail", generatorData("illustrator-normal.ai"), "--size",
-                    "0", "--out", out() + "/t.png" };
-            },
-            2, "usage" },
-        FailureCase { "UnknownOption",
-            [] {
-                return QStringList { "preview", generatorData("illustrator-normal.ai"), "--verbose",
-                    "--out", out() };
-            },
-            2, "usage" },
-        FailureCase { "MissingFile",
-            [] {
-                return QStringList { "preview", TestEnvironment::home() + "/nowhere.ai", "--out",
-                    out() };
-            },
-            1, "failed" }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-struct ThumbnailCase {
-    const char* name;
-    std::function<QString()> file;
-    int size;
-    bool fills; // the picture is large enough to fill the size on its longer side
-};
-
-class ThumbnailOfEachKind : public testing::TestWithParam<ThumbnailCase> { };
-
-TEST_P(ThumbnailOfEachKind, FitsTheSize)
-{
-    const ThumbnailCase& c = GetParam();
-    const QString png = TestEnvironment::home() + QStringLiteral("/thumbnails/t.png");
-    QDir().mkpath(TestEnvironment::home() + QStringLiteral("/thumbnails"));
-    const Outcome run
-        = runGenerator({ "thumbnail", c.file(), "--size", QString::number(c.size), "--out", png });
-    ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-    const QImage image(png, "PNG");
-    ASSERT_FALSE(image.isNull());
-    EXPECT_LE(std::max(image.width(), image.height()), c.size);
-    if (c.fills) {
-        EXPECT_GE(std::max(image.width(), image.height()), c.size - 2);
+        garbage, QByteArray("just some words, and then \x01\x02\x03 bytes\n").repeated(40));
+    const QString thumbnail = out() + QStringLiteral("/t.png");
+    const QString ai = generatorData("illustrator-normal.ai");
+    const std::pair<QStringList, int> cases[] = {
+        { { "preview", garbage, "--uti", IllustratorUti, "--out", out() }, 3 },
+        { { "preview", garbage, "--out", out() }, 3 },
+        { { "preview", TestEnvironment::dataPath("formats/ase/one-color.ase"), "--uti", EpsUti,
+              "--out", out() },
+            3 },
+        { { "preview", copyToHome(ai, "half.ai", 700000), "--uti", IllustratorUti, "--out", out() },
+            4 },
+        { { "thumbnail", copyToHome(generatorData("illustrator-saved-as.pdf"), "cut.pdf", 5000),
+              "--size", "64", "--out", thumbnail },
+            4 },
+        { {}, 2 },
+        { { "preview", ai }, 2 },
+        { { "thumbnail", ai, "--out", thumbnail }, 2 },
+        { { "thumbnail", ai, "--size", "0", "--out", thumbnail }, 2 },
+        { { "preview", ai, "--verbose", "--out", out() }, 2 },
+        { { "preview", TestEnvironment::home() + "/nowhere.ai", "--out", out() }, 1 },
+    };
+    // The words the application shows, by status.
+    const char* const words[]
+        = { "", "failed: ", "usage: ", "not a file of this kind: ", "damaged file: " };
+    for (const auto& [arguments, status] : cases) {
+        SCOPED_TRACE(arguments.join(u' ').toStdString());
+        const Outcome run = runGenerator(arguments);
+        EXPECT_EQ(run.exitCode, status);
+        EXPECT_TRUE(run.standardError.startsWith(QLatin1StringView(words[status])));
+        EXPECT_TRUE(filesBelow(out()).isEmpty());
     }
-    // Opaque, so that it shows on a dark file-manager background too.
-    EXPECT_FALSE(image.hasAlphaChannel());
-    EXPECT_EQ(filesBelow(TestEnvironment::home() + QStringLiteral("/thumbnails")),
-        QStringList { "t.png" });
-}
-
-// Artboards are white paper: around the artwork the picture is opaque white, not transparent.
-TEST(PreviewPictures, ArtboardsAreDrawnOnPaper)
-{
-    const QString out = TestEnvironment::home() + QStringLiteral("/out");
-    const Outcome run
-        = runGenerator({ "preview", generatorData("illustrator-like-5-pages.ai"), "--out", out });
-    ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-    const QImage page(out + QStringLiteral("/page-1.png"));
-    ASSERT_FALSE(page.isNull());
-    EXPECT_EQ(page.pixel(2, 2), qRgba(255, 255, 255, 255));
-}
-
-INSTANTIATE_TEST_SUITE_P(Kinds, ThumbnailOfEachKind,
-    testing::Values(ThumbnailCase { "IllustratorPdf",
-                        [] { return generatorData("illustrator-like-5-pages.ai"); }, 128, true },
-        ThumbnailCase { "IllustratorWithoutPdfContent",
-            [] { return generatorData("illustrator-without-pdf-content.ai"); }, 64, true },
-        ThumbnailCase { "Eps", [] { return formatsSample("illustrator88.eps"); }, 100, true },
-        ThumbnailCase {
-            "IllustratorPostScript", [] { return postScriptIllustrator(); }, 256, true },
-        ThumbnailCase {
-            "TinyEps", [] { return formatsSample("postscript-exiftool.eps"); }, 512, false }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST(GeneratorBundle, DeclaresEveryTypeItPreviews)
-{
-    const auto info = PropertyList::readDictionary(QStringLiteral(VISTREL_INFO_PLIST));
-    ASSERT_TRUE(info.has_value());
-    EXPECT_EQ(
-        info->value("CFBundleIdentifier"), QVariant(QStringLiteral("app.tolvane.VistrelPro")));
-    EXPECT_EQ(QFileInfo(QStringLiteral(VISTREL_EXECUTABLE)).fileName(),
-        info->value("CFBundleExecutable").toString());
-    for (const char* key : { "CFBundleName", "CFBundleShortVersionString", "CFBundleVersion",
-             "QXReleaseVersion", "QXReleaseStage" })
-        EXPECT_FALSE(info->value(key).toString().isEmpty()) << key;
-
-    const QVariantList documentTypes = info->value("CFBundleDocumentTypes").toList();
-    ASSERT_EQ(documentTypes.size(), 1);
-    const QVariantList contentTypes = documentTypes[0].toMap().value("LSItemContentTypes").toList();
-    QStringList declared;
-    for (const QVariant& type : contentTypes)
-        declared.append(type.toString());
-    for (const char* identifier : { "com.adobe.illustrator.ai-image",
-             "com.adobe.illustrator.ait-template", "dyn.ah62d4rv4ge80c4py",
-             "com.adobe.indesign-document", "com.adobe.indesign.indd-document",
-             "dyn.ah62d4rv4gk8yw5wequ", "dyn.ah62d4rv4ge80w5xequ", "dyn.ah62d4rv4ge8xa",
-             "com.adobe.indesign-template", "com.adobe.indesign.indt-template",
-             "dyn.ah62d4rv4ge80w5xesu", "com.adobe.indesign-interchange",
-             "com.adobe.indesign.inx-interchange", "com.adobe.encapsulated-postscript",
-             "com.macromedia.freehand.fh11-image", "com.adobe.ase-file", "dyn.ah62d4rv4ge80c65f" })
-        EXPECT_TRUE(declared.contains(QLatin1StringView(identifier))) << identifier;
-
-    QStringList extensions;
-    for (const QVariant& type : info->value("UTImportedTypeDeclarations").toList()) {
-        const QVariantMap declaration = type.toMap();
-        EXPECT_TRUE(declared.contains(declaration.value("UTTypeIdentifier").toString()));
-        EXPECT_FALSE(declaration.value("UTTypeDescription").toString().isEmpty());
-        for (const QVariant& extension : declaration.value("UTTypeTagSpecification")
-                                             .toMap()
-                                             .value("public.filename-extension")
-                                             .toList())
-            extensions.append(extension.toString());
-    }
-    for (const char* extension : { "ai", "ait", "indd", "indt", "inx", "idml", "eps", "epsf", "fh",
-             "fh3", "fh7", "fh11", "ft11", "ase" })
-        EXPECT_TRUE(extensions.contains(QLatin1StringView(extension))) << extension;
 }
 
 }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Each setting of the preferences store changes the page the generator writes, read afresh on
-// every run.
+// Each setting of the preferences store changes the page the generator writes.
 #include "GeneratorProcess.h"
 #include "PropertyList.h"
 #include "TestEnvironment.h"
@@ -55,49 +54,46 @@ const QString LinksPanel = QStringLiteral("<section class=\"panel links\">");
 const QString SwatchesPanel = QStringLiteral("<section class=\"panel swatches\">");
 const QString Hint = QStringLiteral("Double-click opens the document in its own application.");
 
+// Settings whose effects do not touch each other share a run.
 INSTANTIATE_TEST_SUITE_P(Settings, SettingEffect,
     testing::Values(
         EffectCase { "NoFileShowsEverything", {},
             { FontsPanel, LinksPanel, SwatchesPanel, Hint, "<script>", "background-white",
                 "page-5.png", "class=\"swatch-list\"", "font-family:&#39;Nimbus Sans&#39;" },
             { "not shown" } },
-        EffectCase { "PanelsHidden",
+        EffectCase { "PanelsHiddenPageLimitBlackByTagNoLoupe",
             { { showFontsInPreview, false }, { showImageLinksInPreview, false },
-                { showColorSwatchesInPreview, false } },
-            { "page-1.png" }, { FontsPanel, LinksPanel, SwatchesPanel } },
-        EffectCase { "PageLimit", { { maximumNumberOfPagesPreviewed, qint64(2) } },
-            { "page-2.png", "3 more pages are not shown: the preview shows at most 2 pages." },
-            { "page-3.png" } },
-        EffectCase { "FirstPageOnly", { { TLPreviewMode, qint64(1) } },
-            { "page-1.png",
-                "4 more pages are not shown: the preview shows at most the first page." },
-            { "page-2.png" } },
-        EffectCase { "GridOfPages", { { TLPreviewMode, qint64(2) } },
-            { "<main class=\"pages grid\">", "page-5.png" }, { "<div class=\"spread\">" } },
-        // Text is read as the preferences window reads it: "0.0" is false, "2abc" is 2.
-        EffectCase { "TextReadAsThePreferencesWindowReadsIt",
+                { showColorSwatchesInPreview, false }, { maximumNumberOfPagesPreviewed, qint64(2) },
+                { imageBackgroundColorName, QStringLiteral("Black") },
+                { imageBackgroundColorTag, qint64(3) }, { VTPUseLoupe, false },
+                { warnAboutDoubleClicksInPreview, false } },
+            { "page-2.png", "3 more pages are not shown: the preview shows at most 2 pages.",
+                "<body class=\"background-black\">" },
+            { FontsPanel, LinksPanel, SwatchesPanel, "page-3.png", "<script>", Hint } },
+        EffectCase { "FirstPageOnlyCheckerboardChipsPlainFonts",
+            { { TLPreviewMode, qint64(1) }, { imageBackgroundColorTag, qint64(0) },
+                { illustratorColorSwatchModeInPreview, qint64(0) },
+                { showWYSIWYGFontsInPreview, false } },
+            { "page-1.png", "4 more pages are not shown: the preview shows at most the first page.",
+                "<body class=\"background-none\">", "<div class=\"chips\">",
+                "<span>Warm Red &amp; &lt;Co&gt;</span>", FontsPanel },
+            { "page-2.png", "swatch-list", "font-family:&#39;" } },
+        // Text is read as the preferences window reads it: "0.0" is false, "2abc" is 2 (grid).
+        EffectCase { "GridAndNoFontsFromText",
             { { showFontsInPreview, QStringLiteral("0.0") },
                 { TLPreviewMode, QStringLiteral("2abc") } },
-            { "<main class=\"pages grid\">" }, { FontsPanel } },
+            { "<main class=\"pages grid\">", "page-5.png" },
+            { FontsPanel, "<div class=\"spread\">" } },
         EffectCase { "ArtboardsSideBySide", { { TLPrefIllustratorSpreadMode, qint64(1) } },
             { "<div class=\"spread\">\n<figure><img src=\"page-1.png\" alt=\"Artboard 1\" "
               "style=\"width:816px\">"
               "<figcaption>Artboard 1</figcaption></figure>\n<figure><img src=\"page-2.png\"" },
             {} },
-        EffectCase { "BlackBackgroundByTag",
-            { { imageBackgroundColorName, QStringLiteral("Black") },
-                { imageBackgroundColorTag, qint64(3) } },
-            { "<body class=\"background-black\">" }, {} },
-        EffectCase { "CheckerboardForNone", { { imageBackgroundColorTag, qint64(0) } },
-            { "<body class=\"background-none\">" }, {} },
-        EffectCase { "SwatchChips", { { illustratorColorSwatchModeInPreview, qint64(0) } },
-            { "<div class=\"chips\">", "<span>Warm Red &amp; &lt;Co&gt;</span>" },
-            { "swatch-list" } },
-        EffectCase { "NoLoupeNoHint",
-            { { VTPUseLoupe, false }, { warnAboutDoubleClicksInPreview, false } }, { "page-1.png" },
-            { "<script>", Hint } },
-        EffectCase { "FontsInTheDefaultTypeface", { { showWYSIWYGFontsInPreview, false } },
-            { FontsPanel }, { "font-family:&#39;" } },
+        // A store with a foreign version marker is not read, and the preview still made.
+        EffectCase { "ForeignVersionMarker",
+            { { QStringLiteral("Preferences Version"), qint64(2) },
+                { maximumNumberOfPagesPreviewed, qint64(1) } },
+            { "page-5.png" }, {} },
         EffectCase { "EmbeddedPreviewPastTheThreshold",
             { { preferEmbeddedPreviewForPreviewFileSizeThreshold, 0.5f } },
             { "page-1.jpg", "preview picture embedded in the file" }, { "page-1.png" },
@@ -106,20 +102,5 @@ INSTANTIATE_TEST_SUITE_P(Settings, SettingEffect,
             { { preferEmbeddedPreviewForPreviewFileSizeThreshold, 2.0f } }, { "page-1.png" },
             { "embedded" }, generatorData("illustrator-normal.ai") }),
     [](const auto& info) { return std::string(info.param.name); });
-
-TEST(SettingEffect, AChangeShowsOnTheNextRun)
-{
-    writePreferences({ { showFontsInPreview, true } });
-    EXPECT_TRUE(previewPage(fivePages()).contains(FontsPanel));
-    writePreferences({ { showFontsInPreview, false } });
-    EXPECT_FALSE(previewPage(fivePages()).contains(FontsPanel));
-}
-
-TEST(SettingEffect, AStoreWithAForeignVersionMarkerStillPreviews)
-{
-    writePreferences({ { QStringLiteral("Preferences Version"), qint64(2) },
-        { maximumNumberOfPagesPreviewed, qint64(1) } });
-    EXPECT_TRUE(previewPage(fivePages()).contains(QStringLiteral("page-5.png")));
-}
 
 }

@@ -73,8 +73,6 @@ AseDocument parsed(const QByteArray& bytes)
     return result.ok() ? result.value() : AseDocument();
 }
 
-std::vector<float> valuesOf(const AseSwatch& swatch) { return swatch.values; }
-
 }
 
 class AseExpectedParse : public testing::TestWithParam<const char*> { };
@@ -93,67 +91,7 @@ INSTANTIATE_TEST_SUITE_P(Samples, AseExpectedParse,
     testing::Values("sampler", "solarized", "empty-white-folder", "single-white-swatch-in-folder",
         "white-swatch-no-folder"));
 
-struct AseSampleCase {
-    const char* file;
-    const char* swatchName;
-    AseColorModel model;
-    std::vector<float> values;
-    AseSwatchType type;
-};
-
-class AseOneFeatureSample : public testing::TestWithParam<AseSampleCase> { };
-
-TEST_P(AseOneFeatureSample, readsItsOnlySwatch)
-{
-    const AseSampleCase& sample = GetParam();
-    const AseDocument document
-        = parsed(formatSample(QStringLiteral("ase/%1").arg(QLatin1String(sample.file))));
-    ASSERT_EQ(document.swatches.size(), 1u);
-    EXPECT_TRUE(document.groups.empty());
-    const AseSwatch& swatch = document.swatches.front();
-    EXPECT_EQ(swatch.name, QString::fromUtf8(sample.swatchName));
-    EXPECT_EQ(swatch.model, sample.model);
-    EXPECT_EQ(swatch.values, sample.values);
-    EXPECT_EQ(swatch.type, sample.type);
-}
-
-INSTANTIATE_TEST_SUITE_P(Samples, AseOneFeatureSample,
-    testing::Values(AseSampleCase { "cmyk-color.ase", "Cyan", AseColorModel::Cmyk, { 1, 0, 0, 0 },
-                        AseSwatchType::Normal },
-        AseSampleCase { "global-color.ase", "Test", AseColorModel::Cmyk,
-            { 0.5179369449615479f, 0, 0.1253986358642578f, 0 }, AseSwatchType::Global },
-        AseSampleCase {
-            "gray-color.ase", "Gray", AseColorModel::Gray, { 0.5f }, AseSwatchType::Normal },
-        AseSampleCase {
-            "lab-color.ase", "Test", AseColorModel::Lab, { 1, -128, -128 }, AseSwatchType::Spot },
-        AseSampleCase {
-            "spot-color.ase", "Test", AseColorModel::Rgb, { 0, 1, 1 }, AseSwatchType::Spot },
-        AseSampleCase {
-            "one-color.ase", "Red", AseColorModel::Rgb, { 1, 0, 0 }, AseSwatchType::Normal },
-        AseSampleCase { "names.ase", "some name with spaces", AseColorModel::Rgb,
-            { 0.40392157435417175f, 0.26274511218070984f, 0.7098039388656616f },
-            AseSwatchType::Normal }));
-
-TEST(SwatchExchange, readsLooseSwatchesAndGroupsOfTheSamples)
-{
-    const AseDocument three = parsed(formatSample(QStringLiteral("ase/three-colors.ase")));
-    ASSERT_EQ(three.swatches.size(), 3u);
-    EXPECT_EQ(three.swatches[1].name, QStringLiteral("Green"));
-    EXPECT_EQ(valuesOf(three.swatches[2]), (std::vector<float> { 0, 0, 1 }));
-
-    const AseDocument group = parsed(formatSample(QStringLiteral("ase/one-group.ase")));
-    ASSERT_EQ(group.groups.size(), 1u);
-    EXPECT_EQ(group.groups[0].name, QStringLiteral("A Group"));
-    ASSERT_EQ(group.groups[0].swatches.size(), 1u);
-    EXPECT_EQ(group.groups[0].swatches[0].name, QStringLiteral("Red"));
-
-    const AseDocument mixed = parsed(formatSample(QStringLiteral("ase/hex-test.ase")));
-    ASSERT_EQ(mixed.swatches.size(), 7u);
-    EXPECT_EQ(mixed.swatches[4].model, AseColorModel::Cmyk);
-    EXPECT_EQ(mixed.swatches[5].model, AseColorModel::Lab);
-    EXPECT_EQ(mixed.swatches[6].model, AseColorModel::Gray);
-}
-
+// An unknown model and an unknown type keep their numbers.
 TEST(SwatchExchange, readsEveryModelWithEveryType)
 {
     struct Model {
@@ -164,9 +102,10 @@ TEST(SwatchExchange, readsEveryModelWithEveryType)
     const Model models[] = { { "CMYK", AseColorModel::Cmyk, { 0.1f, 0.2f, 0.3f, 0.4f } },
         { "RGB ", AseColorModel::Rgb, { 0.5f, 0.25f, 1 } },
         { "LAB ", AseColorModel::Lab, { 0.5f, -20, 35.5f } },
-        { "Gray", AseColorModel::Gray, { 0.75f } } };
+        { "Gray", AseColorModel::Gray, { 0.75f } },
+        { "HSB ", AseColorModel::Unknown, { 0.1f, 0.2f, 0.3f } } };
     for (const Model& model : models) {
-        for (std::uint16_t type : { 0, 1, 2 }) {
+        for (std::uint16_t type : { 0, 1, 2, 7 }) {
             SCOPED_TRACE(model.code.toStdString() + " type " + std::to_string(type));
             const AseDocument document
                 = parsed(AseFileBuilder()
@@ -183,77 +122,35 @@ TEST(SwatchExchange, readsEveryModelWithEveryType)
     }
 }
 
-TEST(SwatchExchange, keepsTheNumbersOfAnUnknownModelAndAnUnknownType)
-{
-    const AseDocument document
-        = parsed(AseFileBuilder().color("Hex", "HSB ", { 0.1f, 0.2f, 0.3f }, 7).bytes());
-    ASSERT_EQ(document.swatches.size(), 1u);
-    EXPECT_EQ(document.swatches[0].model, AseColorModel::Unknown);
-    EXPECT_EQ(document.swatches[0].modelCode, QByteArray("HSB "));
-    EXPECT_EQ(document.swatches[0].values, (std::vector<float> { 0.1f, 0.2f, 0.3f }));
-    EXPECT_EQ(int(document.swatches[0].type), 7);
-}
-
+// A swatch after an inner group belongs to the outer one; a group end without a group, a block
+// of an unknown kind and a group left open are tolerated.
 TEST(SwatchExchange, buildsTheGroupTree)
-{
-    const AseDocument document = parsed(AseFileBuilder()
-                                            .color("Loose", "Gray", { 0 }, 2)
-                                            .groupStart("Outer")
-                                            .color("A", "Gray", { 0.1f }, 2)
-                                            .groupStart("Inner")
-                                            .color("B", "Gray", { 0.2f }, 1)
-                                            .groupEnd()
-                                            .groupStart("Empty")
-                                            .groupEnd()
-                                            .color("C", "Gray", { 0.3f }, 0)
-                                            .groupEnd()
-                                            .groupStartWithoutName()
-                                            .groupEnd()
-                                            .bytes());
-    ASSERT_EQ(document.swatches.size(), 1u);
-    ASSERT_EQ(document.groups.size(), 2u);
-    const AseGroup& outer = document.groups[0];
-    EXPECT_EQ(outer.name, QStringLiteral("Outer"));
-    ASSERT_EQ(outer.swatches.size(), 2u);
-    EXPECT_EQ(outer.swatches[1].name, QStringLiteral("C"));
-    ASSERT_EQ(outer.groups.size(), 2u);
-    EXPECT_EQ(outer.groups[0].name, QStringLiteral("Inner"));
-    ASSERT_EQ(outer.groups[0].swatches.size(), 1u);
-    EXPECT_EQ(outer.groups[0].swatches[0].name, QStringLiteral("B"));
-    EXPECT_EQ(outer.groups[1].name, QStringLiteral("Empty"));
-    EXPECT_TRUE(outer.groups[1].swatches.empty());
-    EXPECT_TRUE(document.groups[1].name.isEmpty());
-}
-
-TEST(SwatchExchange, toleratesUnbalancedGroupsAndUnknownBlocks)
 {
     const AseDocument document = parsed(AseFileBuilder()
                                             .groupEnd()
                                             .block(0x0042, "opaque")
-                                            .groupStart("Open")
+                                            .groupStart("Outer")
+                                            .groupStart("Inner")
+                                            .color("B", "Gray", { 0.2f }, 1)
+                                            .groupEnd()
+                                            .color("C", "Gray", { 0.3f }, 0)
+                                            .groupEnd()
+                                            .groupStartWithoutName()
                                             .color("Kept", "RGB ", { 1, 1, 1 }, 2)
                                             .bytes());
     EXPECT_TRUE(document.swatches.empty());
-    ASSERT_EQ(document.groups.size(), 1u);
-    ASSERT_EQ(document.groups[0].swatches.size(), 1u);
-    EXPECT_EQ(document.groups[0].swatches[0].name, QStringLiteral("Kept"));
-}
-
-struct AseFailureCase {
-    const char* name;
-    QByteArray bytes;
-    FormatError error;
-};
-
-class AseFailure : public testing::TestWithParam<AseFailureCase> { };
-
-TEST_P(AseFailure, isReportedWithAReason)
-{
-    const auto result = parseSwatchExchange(GetParam().bytes);
-    ASSERT_FALSE(result.ok());
-    EXPECT_EQ(result.error(), GetParam().error);
-    EXPECT_FALSE(result.reason().isEmpty());
-    EXPECT_FALSE(result.reason().contains(u'\n'));
+    ASSERT_EQ(document.groups.size(), 2u);
+    const AseGroup& outer = document.groups[0];
+    EXPECT_EQ(outer.name, QStringLiteral("Outer"));
+    ASSERT_EQ(outer.swatches.size(), 1u);
+    EXPECT_EQ(outer.swatches[0].name, QStringLiteral("C"));
+    ASSERT_EQ(outer.groups.size(), 1u);
+    EXPECT_EQ(outer.groups[0].name, QStringLiteral("Inner"));
+    ASSERT_EQ(outer.groups[0].swatches.size(), 1u);
+    EXPECT_EQ(outer.groups[0].swatches[0].name, QStringLiteral("B"));
+    EXPECT_TRUE(document.groups[1].name.isEmpty());
+    ASSERT_EQ(document.groups[1].swatches.size(), 1u);
+    EXPECT_EQ(document.groups[1].swatches[0].name, QStringLiteral("Kept"));
 }
 
 static QByteArray deeplyNested(int depth)
@@ -264,32 +161,29 @@ static QByteArray deeplyNested(int depth)
     return builder.bytes();
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, AseFailure,
-    testing::Values(AseFailureCase { "otherSignature", QByteArray("ASEG\0\1\0\0\0\0\0\0", 12),
-                        FormatError::NotThisKind },
-        AseFailureCase { "textFile", "hello, world", FormatError::NotThisKind },
-        AseFailureCase {
-            "versionTwo", AseFileBuilder().version(2, 0).bytes(), FormatError::UnsupportedVariant },
-        AseFailureCase { "moreBlocksDeclaredThanWritten",
-            AseFileBuilder().color("A", "Gray", { 0 }, 2).declaredBlockCount(2).bytes(),
+// Block lengths and counts that run past the file are found by cutting files short, below.
+TEST(SwatchExchange, refusesWithTheKindOfError)
+{
+    const std::pair<QByteArray, FormatError> cases[] = {
+        { QByteArray("ASEG\0\1\0\0\0\0\0\0", 12), FormatError::NotThisKind },
+        { AseFileBuilder().version(2, 0).bytes(), FormatError::UnsupportedVariant },
+        { AseFileBuilder().declaredBlockCount(0xFFFFFFFF).bytes(), FormatError::DamagedFile },
+        { AseFileBuilder().block(0x0001, QByteArray("\x00\x40\x00\x41", 4)).bytes(),
             FormatError::DamagedFile },
-        AseFailureCase { "hugeBlockCount", AseFileBuilder().declaredBlockCount(0xFFFFFFFF).bytes(),
-            FormatError::DamagedFile },
-        AseFailureCase { "blockLongerThanFile",
-            AseFileBuilder().block(0x0001, QByteArray(3, 'x')).bytes() + QByteArray(2, '\0'),
-            FormatError::DamagedFile },
-        AseFailureCase { "nameLongerThanBlock",
-            AseFileBuilder().block(0x0001, QByteArray("\x00\x40\x00\x41", 4)).bytes(),
-            FormatError::DamagedFile },
-        AseFailureCase { "valuesMissing",
-            AseFileBuilder()
+        { AseFileBuilder()
                 .block(0x0001, AseFileBuilder::name("X") + "CMYK" + QByteArray(8, '\0'))
                 .bytes(),
             FormatError::DamagedFile },
-        AseFailureCase { "nestedTooDeeply", deeplyNested(65), FormatError::UnsupportedVariant }),
-    [](const testing::TestParamInfo<AseFailureCase>& info) {
-        return std::string(info.param.name);
-    });
+        { deeplyNested(65), FormatError::UnsupportedVariant },
+    };
+    for (const auto& [bytes, error] : cases) {
+        const auto result = parseSwatchExchange(bytes);
+        ASSERT_FALSE(result.ok()) << bytes.toHex().left(80).toStdString();
+        EXPECT_EQ(result.error(), error) << result.reason().toStdString();
+        EXPECT_FALSE(result.reason().isEmpty());
+        EXPECT_FALSE(result.reason().contains(u'\n'));
+    }
+}
 
 TEST(SwatchExchange, readsGroupsNestedAsDeeplyAsAllowed)
 {
@@ -305,8 +199,7 @@ TEST(SwatchExchange, readsGroupsNestedAsDeeplyAsAllowed)
 TEST(SwatchExchange, everyTruncationIsADamagedFile)
 {
     QList<QByteArray> files;
-    for (const char* name :
-        { "sampler.ase", "solarized.ase", "hex-test.ase", "one-group.ase", "names.ase" })
+    for (const char* name : { "sampler.ase", "hex-test.ase" })
         files.append(formatSample(QStringLiteral("ase/") + QLatin1String(name)));
     files.append(AseFileBuilder()
                      .groupStart("G")

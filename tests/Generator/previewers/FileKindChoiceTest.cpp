@@ -6,64 +6,47 @@
 #include <gtest/gtest.h>
 
 using Formats::FileKind;
-using Formats::FormatError;
 
-namespace {
-
-struct ChoiceCase {
-    const char* name;
-    const char* sample; // under tests/data
-    const char* nameInHome; // copied under this name first, when given
-    const char* uti;
-    std::optional<FileKind> kind; // nothing: not this kind
-};
-
-class KindChoice : public testing::TestWithParam<ChoiceCase> { };
-
-TEST_P(KindChoice, FollowsTheBytesAndTheType)
+TEST(KindChoice, FollowsTheBytesAndTheType)
 {
-    const ChoiceCase& c = GetParam();
-    QString file = TestEnvironment::dataPath(QString::fromUtf8(c.sample));
-    if (c.nameInHome) {
-        const QString copy
-            = TestEnvironment::home() + QStringLiteral("/") + QString::fromUtf8(c.nameInHome);
-        TestEnvironment::writeFile(copy, TestEnvironment::readFile(file));
-        file = copy;
-    }
-    const auto chosen = Preview::chooseFileKind(file, QString::fromUtf8(c.uti));
-    if (c.kind) {
-        ASSERT_TRUE(chosen.ok()) << chosen.reason().toStdString();
-        EXPECT_EQ(*chosen, *c.kind);
-    } else {
-        ASSERT_FALSE(chosen.ok());
-        EXPECT_EQ(chosen.error(), FormatError::NotThisKind);
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, KindChoice,
-    testing::Values(ChoiceCase { "IllustratorPdfWithItsType", "generator/illustrator-normal.ai",
-                        nullptr, "com.adobe.illustrator.ai-image", FileKind::IllustratorPdf },
-        ChoiceCase { "IllustratorPdfWithDynamicType", "generator/illustrator-normal.ai", nullptr,
-            "dyn.ah62d4rv4ge80c4py", FileKind::IllustratorPdf },
-        ChoiceCase { "IllustratorPdfWithoutType", "generator/illustrator-saved-as.pdf", nullptr, "",
+    const struct {
+        const char* sample; // under tests/data
+        const char* nameInHome; // copied under this name first, when given
+        const char* uti;
+        std::optional<FileKind> kind; // nothing: not this kind
+    } cases[] = {
+        { "generator/illustrator-normal.ai", nullptr, "dyn.ah62d4rv4ge80c4py",
             FileKind::IllustratorPdf },
-        ChoiceCase { "IllustratorPdfWithUnknownType", "generator/illustrator-saved-as.pdf", nullptr,
-            "com.adobe.pdf", FileKind::IllustratorPdf },
-        ChoiceCase { "EpsNamedAsIllustratorIsIllustratorPostScript",
-            "formats/samples/illustrator88.eps", "old.ai", "com.adobe.illustrator.ai-image",
+        { "generator/illustrator-saved-as.pdf", nullptr, "com.adobe.pdf",
+            FileKind::IllustratorPdf },
+        { "formats/samples/illustrator88.eps", "old.ai", "com.adobe.illustrator.ai-image",
             FileKind::IllustratorPostScript },
-        ChoiceCase { "IllustratorEpsWithEpsType", "formats/samples/illustrator24.eps", nullptr,
-            "com.adobe.encapsulated-postscript", FileKind::Eps },
-        ChoiceCase { "IllustratorPdfClaimedAsEps", "generator/illustrator-normal.ai", nullptr,
-            "com.adobe.encapsulated-postscript", std::nullopt },
-        ChoiceCase { "SwatchesClaimedAsIllustrator", "formats/ase/one-color.ase", nullptr,
-            "com.adobe.illustrator.ai-image", std::nullopt },
-        ChoiceCase { "IdmlWithInterchangeType", "formats/samples/idml-4-pages-layers.idml", nullptr,
-            "com.adobe.indesign-interchange", FileKind::Idml },
-        ChoiceCase { "UnknownBytesFollowTheType", "formats/ase/LICENSE-swatch.txt", "notes.fh11",
-            "com.macromedia.freehand.fh11-image", FileKind::FreeHand },
-        ChoiceCase { "UnknownBytesWithoutType", "formats/ase/LICENSE-swatch.txt", nullptr, "",
-            std::nullopt }),
-    [](const auto& info) { return std::string(info.param.name); });
-
+        { "formats/samples/illustrator24.eps", nullptr, "com.adobe.encapsulated-postscript",
+            FileKind::Eps },
+        { "generator/illustrator-normal.ai", nullptr, "com.adobe.encapsulated-postscript",
+            std::nullopt },
+        { "formats/ase/one-color.ase", nullptr, "com.adobe.illustrator.ai-image", std::nullopt },
+        { "formats/samples/idml-4-pages-layers.idml", nullptr, "com.adobe.indesign-interchange",
+            FileKind::Idml },
+        { "formats/ase/LICENSE-swatch.txt", "notes.fh11", "com.macromedia.freehand.fh11-image",
+            FileKind::FreeHand },
+        { "formats/ase/LICENSE-swatch.txt", nullptr, "", std::nullopt },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.sample) + " as " + c.uti);
+        QString file = TestEnvironment::dataPath(QString::fromUtf8(c.sample));
+        if (c.nameInHome) {
+            const QString copy = TestEnvironment::home() + u'/' + QString::fromUtf8(c.nameInHome);
+            TestEnvironment::writeFile(copy, TestEnvironment::readFile(file));
+            file = copy;
+        }
+        const auto chosen = Preview::chooseFileKind(file, QString::fromUtf8(c.uti));
+        if (c.kind) {
+            ASSERT_TRUE(chosen.ok()) << chosen.reason().toStdString();
+            EXPECT_EQ(*chosen, *c.kind);
+        } else {
+            ASSERT_FALSE(chosen.ok());
+            EXPECT_EQ(chosen.error(), Formats::FormatError::NotThisKind);
+        }
+    }
 }

@@ -62,19 +62,13 @@ TEST(InDesignPreview, documentWithoutThumbnailsIsACardWithItsPanels)
     EXPECT_EQ(content.swatchGroups[0].swatches[0].model, QStringLiteral("CMYK"));
 }
 
-TEST(InDesignPreview, bigEndianMinimalContainer)
-{
-    const PreviewContent content
-        = contentOf(samplePath(QStringLiteral("formats/samples/indesign-exiftool.indd")));
-    EXPECT_TRUE(content.pages.empty());
-    EXPECT_TRUE(content.notes.contains(NoPagePreviews));
-}
-
+// A template is named so.
 TEST(InDesignPreview, pageThumbnailsBecomePages)
 {
-    const QString path = fileWith(QStringLiteral("pages.indd"),
+    const QString path = fileWith(QStringLiteral("layout.indt"),
         InDesignFileBuilder().xmpObject(packetWithPageThumbnails()).bytes());
     const PreviewContent content = contentOf(path);
+    EXPECT_EQ(content.kindName, QStringLiteral("InDesign template"));
     ASSERT_EQ(content.pages.size(), 2u);
     for (const PreviewPage& page : content.pages) {
         EXPECT_EQ(page.encodedFormat.toLower(), QStringLiteral("jpg"));
@@ -92,15 +86,13 @@ TEST(InDesignPreview, pageThumbnailsBecomePages)
     EXPECT_LE(std::max(thumbnail->width(), thumbnail->height()), 64);
 }
 
-TEST(InDesignPreview, templatesAreNamedSo)
+// A big-endian container without thumbnails, and one without metadata at all.
+TEST(InDesignPreview, aContainerWithoutPagePreviewsSaysSo)
 {
-    const QString path = fileWith(QStringLiteral("layout.indt"),
-        InDesignFileBuilder().xmpObject(packetWithPageThumbnails()).bytes());
-    EXPECT_EQ(contentOf(path).kindName, QStringLiteral("InDesign template"));
-}
-
-TEST(InDesignPreview, aContainerWithoutMetadataSaysSo)
-{
+    const PreviewContent bigEndian
+        = contentOf(samplePath(QStringLiteral("formats/samples/indesign-exiftool.indd")));
+    EXPECT_TRUE(bigEndian.pages.empty());
+    EXPECT_TRUE(bigEndian.notes.contains(NoPagePreviews));
     const PreviewContent content = contentOf(fileWith(
         QStringLiteral("bare.indd"), InDesignFileBuilder().object("not metadata").bytes()));
     EXPECT_TRUE(content.pages.empty());

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "VTPreviewSettings.h"
 #include "TestEnvironment.h"
+#include "VTPreviewSettings.h"
 
 #include <QByteArray>
 #include <QString>
