@@ -26,6 +26,8 @@ public:
     {
         calls.append("found");
         found = update;
+        if (whenFound)
+            whenFound();
         if (answer)
             reply(*answer);
     }
@@ -63,6 +65,7 @@ public:
     std::optional<SUUpdateFound> found;
     std::optional<SUUpdaterError> error;
     std::optional<SUUpdateAlertChoice> answer;
+    std::function<void()> whenFound;
     std::function<void()> cancel;
     std::function<void(bool)> installNow;
     int progressCalls = 0;
