@@ -49,7 +49,7 @@ protected:
     QList<SUUpdateAlertChoice> m_choices;
 };
 
-TEST_F(UserDriverTest, UpToDateNamesTheRunningVersion)
+TEST_F(UserDriverTest, UpToDateAndErrorsAreNonModalAndEachWindowReplacesTheOpenOne)
 {
     m_driver.showUpdateNotFound(QStringLiteral("1.0.3"), {});
     auto* box = qobject_cast<QMessageBox*>(m_driver.window());
@@ -59,28 +59,22 @@ TEST_F(UserDriverTest, UpToDateNamesTheRunningVersion)
     EXPECT_EQ(box->text(), QStringLiteral("You're up to date!"));
     EXPECT_EQ(box->informativeText(),
         QStringLiteral("Tolvane 1.0.3 is currently the newest version available."));
-}
 
-TEST_F(UserDriverTest, ErrorsShowTheirDescription)
-{
+    QPointer<QWidget> first = box;
     SUUpdaterError error;
     error.kind = SUUpdaterError::ServerError;
     error.httpStatus = 503;
     m_driver.showUpdaterError(error);
-    auto* box = qobject_cast<QMessageBox*>(m_driver.window());
+    EXPECT_TRUE(TestEnvironment::waitUntil([&] { return first.isNull(); }, 5000));
+    box = qobject_cast<QMessageBox*>(m_driver.window());
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->text(), QStringLiteral("Update Error!"));
     EXPECT_EQ(box->informativeText(), error.localizedDescription());
     EXPECT_TRUE(box->informativeText().contains(QStringLiteral("503")));
-}
 
-TEST_F(UserDriverTest, ANewWindowReplacesTheOpenOne)
-{
-    m_driver.showUpdateNotFound(QStringLiteral("1.0"), {});
-    QPointer<QWidget> first = m_driver.window();
+    QPointer<QWidget> second = box;
     m_driver.showUpdateFound(update(QStringLiteral("Fixes.")), recordChoice());
-    EXPECT_FALSE(first->isVisible());
-    EXPECT_TRUE(TestEnvironment::waitUntil([&] { return first.isNull(); }, 5000));
+    EXPECT_FALSE(second->isVisible());
     EXPECT_NE(qobject_cast<SUUpdateAlert*>(m_driver.window()), nullptr);
 }
 
