@@ -86,8 +86,8 @@ void HttpTestServer::readRequest(QTcpSocket* socket)
     m_requests.append(request);
     if (!m_answers)
         return;
-    const Response response = m_paths.contains(request.path()) ? m_paths.value(request.path())
-                                                                : m_responder(request);
+    const Response response
+        = m_paths.contains(request.path()) ? m_paths.value(request.path()) : m_responder(request);
     // Clients go by the status code; the reason phrase is only for people.
     socket->write("HTTP/1.1 " + QByteArray::number(response.status)
         + (response.status < 400 ? " OK" : " Error") + "\r\nContent-Type: " + response.contentType

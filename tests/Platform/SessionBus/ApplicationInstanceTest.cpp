@@ -60,10 +60,10 @@ TEST(ApplicationInstance, MakesOneURIPerArgumentInOrder)
     const QString folder = TestEnvironment::home() + QStringLiteral("/documents");
     TestEnvironment::writeFile(folder + QStringLiteral("/notes:draft.ai"), "x");
     const QString wd = QStringLiteral("file://") + folder;
-    EXPECT_EQ(ApplicationInstance::urisFromArguments({ "tolvane://reveal/image?path=%2Fa%20b.png",
-                                                         "mailto:someone@tolvane.example", "a b.ai",
-                                                         "", "/art/#1?.ai", "/a:b/c.ai",
-                                                         "C:draft.ai", "notes:draft.ai", "../up.ai" },
+    EXPECT_EQ(ApplicationInstance::urisFromArguments(
+                  { "tolvane://reveal/image?path=%2Fa%20b.png", "mailto:someone@tolvane.example",
+                      "a b.ai", "", "/art/#1?.ai", "/a:b/c.ai", "C:draft.ai", "notes:draft.ai",
+                      "../up.ai" },
                   folder),
         QStringList({ "tolvane://reveal/image?path=%2Fa%20b.png", "mailto:someone@tolvane.example",
             wd + "/a%20b.ai", "file:///art/%231%3F.ai", "file:///a:b/c.ai", wd + "/C:draft.ai",

@@ -43,7 +43,8 @@ TEST_P(OpenURL, HandsTheURLToTheOpener)
 }
 
 INSTANTIATE_TEST_SUITE_P(Workspace, OpenURL,
-    testing::Values(OpenCase { "QueryWithNonASCII", QUrl(QStringLiteral("https://tolvane.example/?q=Grüße")),
+    testing::Values(
+        OpenCase { "QueryWithNonASCII", QUrl(QStringLiteral("https://tolvane.example/?q=Grüße")),
             QStringLiteral("https://tolvane.example/?q=Gr%C3%BC%C3%9Fe") },
         OpenCase { "FileWithBlank", file(QStringLiteral("/Users/x/a b.png")),
             QStringLiteral("/Users/x/a b.png") }),

@@ -16,7 +16,8 @@ TEST_F(Installation, ReplacesTheBundleStartsTheNewCopyAndLeavesNothingBehind)
     int relaunches = 0;
     QObject::connect(updater.get(), &SUUpdater::willRelaunchApplication, [&] { ++relaunches; });
     updater->checkForUpdates();
-    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !started().isEmpty() && !updater->installation(); }, 60000))
+    ASSERT_TRUE(TestEnvironment::waitUntil(
+        [&] { return !started().isEmpty() && !updater->installation(); }, 60000))
         << driver.calls.join(", ").toStdString();
     EXPECT_FALSE(failure) << failure->localizedDescription().toStdString();
     EXPECT_EQ(started(), "new");
@@ -75,8 +76,8 @@ INSTANTIATE_TEST_SUITE_P(Steps, FailedInstallation,
             [](InstallFixture& f) {
                 const QByteArray archive = f.archiveOf();
                 f.publish(archive);
-                f.server.respondTo(
-                    "/Tolvane-2.0.tar.xz", { 200, archive, "application/octet-stream", 100, false });
+                f.server.respondTo("/Tolvane-2.0.tar.xz",
+                    { 200, archive, "application/octet-stream", 100, false });
                 // Shortened once the feed is in, so that only the stalled download can miss it.
                 f.driver.whenFound = [&f] { f.updater->setRequestTimeout(500); };
             },
@@ -112,7 +113,8 @@ TEST_F(Installation, TheDownloadChoiceInstallsWhenTheApplicationQuits)
     updater->setAutomaticallyDownloadsUpdates(true);
     publish(archiveOf());
     updater->checkForUpdatesInBackground();
-    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return driver.calls.contains("readyAtQuit"); }, 60000));
+    ASSERT_TRUE(
+        TestEnvironment::waitUntil([&] { return driver.calls.contains("readyAtQuit"); }, 60000));
     EXPECT_EQ(driver.calls, QStringList { "readyAtQuit" }); // no progress window, no alert
     EXPECT_EQ(driver.found->newVersion, "2.0");
     EXPECT_EQ(UpdateArchives::fingerprint(bundle), oldFingerprint);
@@ -128,7 +130,8 @@ TEST_F(Installation, APreparedUpdateIsNotInstalledOverANewerCopyInstalledMeanwhi
     updater->setAutomaticallyDownloadsUpdates(true);
     publish(archiveOf());
     updater->checkForUpdatesInBackground();
-    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return driver.calls.contains("readyAtQuit"); }, 60000));
+    ASSERT_TRUE(
+        TestEnvironment::waitUntil([&] { return driver.calls.contains("readyAtQuit"); }, 60000));
     // A package manager puts version 300 in place while Tolvane runs.
     QDir(bundle).removeRecursively();
     UpdateArchives::makeBundle(bundle, "app.tolvane.Tolvane", "300", startedScript("other"));
@@ -196,7 +199,8 @@ TEST_F(InstallDriver, ThePrivilegedExecutorRunsTheSameInstaller)
     QObject::connect(installation.get(), &SUUpdateDriver::readyToInstall, installation.get(),
         &SUUpdateDriver::installAndRelaunch);
     installation->start();
-    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return (relaunched && !started().isEmpty()) || failure; }, 60000));
+    ASSERT_TRUE(TestEnvironment::waitUntil(
+        [&] { return (relaunched && !started().isEmpty()) || failure; }, 60000));
     EXPECT_FALSE(failure);
     EXPECT_EQ(installedVersion(), "200");
     EXPECT_EQ(started(), "new");

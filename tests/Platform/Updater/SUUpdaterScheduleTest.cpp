@@ -81,10 +81,6 @@ TEST_F(UpdaterSettings, RoundTripThroughTheDefaultsFileAsBooleans)
     SUUpdater other(reread, "1.0");
     EXPECT_TRUE(other.automaticallyChecksForUpdates());
     EXPECT_FALSE(other.automaticallyDownloadsUpdates());
-    other.setAutomaticallyChecksForUpdates(false);
-    other.setAutomaticallyDownloadsUpdates(true);
-    EXPECT_FALSE(other.automaticallyChecksForUpdates());
-    EXPECT_TRUE(other.automaticallyDownloadsUpdates());
 }
 
 TEST_F(UpdaterSettings, ReadTextValuesLikeTheDefaultsDo)

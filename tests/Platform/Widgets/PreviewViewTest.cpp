@@ -26,18 +26,6 @@ namespace {
 // The file tests preview: "ase" is declared nowhere, so it gets its dynamic identifier.
 const QString swatchType = QStringLiteral("dyn.ah62d4rv4ge80c65f");
 
-class FileItem : public QLPreviewItem {
-public:
-    explicit FileItem(QString path)
-        : m_url(QUrl::fromLocalFile(path))
-    {
-    }
-    QUrl previewItemURL() const override { return m_url; }
-
-private:
-    QUrl m_url;
-};
-
 bool webEngineMapped()
 {
     QFile maps(QStringLiteral("/proc/self/maps"));
@@ -175,7 +163,8 @@ TEST_F(PreviewViewTest, TheCardNamesTheDeclaredKind)
 TEST_F(PreviewViewTest, RunsTheGeneratorWithItsCommandLineUnderTheMemoryLimit)
 {
     EXPECT_EQ(m_view.memoryLimit(), qint64(2) << 30);
-    installGenerator("printf '%s\\n' \"$@\" > \"$HOME/arguments\"; ulimit -v > \"$HOME/limit\"; exit 3");
+    installGenerator(
+        "printf '%s\\n' \"$@\" > \"$HOME/arguments\"; ulimit -v > \"$HOME/limit\"; exit 3");
     m_view.setMemoryLimit(qint64(64) << 20);
     preview();
     const QStringList arguments = QString::fromUtf8(
@@ -228,7 +217,8 @@ TEST_F(PreviewViewTest, ALonePictureIsShownAndItsOutputFolderGoesWithTheItem)
 TEST_F(PreviewViewTest, ChangingTheItemWhileTheGeneratorRunsKillsWhatItStarted)
 {
     const QString childFile = TestEnvironment::home() + QStringLiteral("/child");
-    installGenerator("sleep 1000 & echo $! > \"$HOME/child.part\"; mv \"$HOME/child.part\" \"$HOME/child\"; wait");
+    installGenerator("sleep 1000 & echo $! > \"$HOME/child.part\"; mv \"$HOME/child.part\" "
+                     "\"$HOME/child\"; wait");
     QSignalSpy done(&m_view, &PreviewView::previewFinished);
     m_view.setPreviewItem(std::make_shared<FileItem>(m_file));
     EXPECT_EQ(m_view.state(), PreviewView::State::Working);
