@@ -24,7 +24,6 @@ void InstallFixture::SetUp()
     updater->setHostBundlePath(bundle);
     updater->setInstallerPath(QStringLiteral(TOLVANE_UPDATE_INSTALLER));
     updater->setDownloadFolder(TestEnvironment::home() + "/cache/Updates");
-    updater->setRequestTimeout(10000);
     updater->setUserDriver(&driver);
     driver.answer = SUUpdateAlertChoice::Install;
     QObject::connect(updater.get(), &SUUpdater::updateInstallationFailed,

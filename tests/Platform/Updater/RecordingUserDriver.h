@@ -36,11 +36,7 @@ public:
         calls.append("error");
         error = updaterError;
     }
-    void showDownloadStarted(std::function<void()> cancelDownload) override
-    {
-        calls.append("download");
-        cancel = cancelDownload;
-    }
+    void showDownloadStarted(std::function<void()>) override { calls.append("download"); }
     void showDownloadProgress(qint64 received, qint64 total) override
     {
         ++progressCalls;
@@ -51,12 +47,10 @@ public:
         calls.append("status:" + status);
     }
     void dismissUpdateInstallation() override { calls.append("dismiss"); }
-    void showReadyToInstallAtQuit(
-        const SUUpdateFound& update, std::function<void(bool)> reply) override
+    void showReadyToInstallAtQuit(const SUUpdateFound& update, std::function<void(bool)>) override
     {
         calls.append("readyAtQuit");
         found = update;
-        installNow = reply;
     }
 
     QStringList calls;
@@ -66,8 +60,6 @@ public:
     std::optional<SUUpdaterError> error;
     std::optional<SUUpdateAlertChoice> answer;
     std::function<void()> whenFound;
-    std::function<void()> cancel;
-    std::function<void(bool)> installNow;
     int progressCalls = 0;
     QPair<qint64, qint64> lastProgress;
 };

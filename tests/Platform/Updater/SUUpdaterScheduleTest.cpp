@@ -129,7 +129,7 @@ TEST_F(Schedule, ChecksWhenTheIntervalHasPassedAndFollowsTheDefaultsFile)
     defaults->setObject(QDateTime::currentDateTimeUtc().addDays(-2), "SULastCheckTime");
     // Written directly, as another process would.
     defaults->setBool(true, "SUEnableAutomaticChecks");
-    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return finishedChecks == 1; }, 15000));
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return finishedChecks == 1; }, 60000));
     EXPECT_EQ(driver.calls, QStringList { "found" });
     EXPECT_EQ(server.requests().size(), 1);
 }

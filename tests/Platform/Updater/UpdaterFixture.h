@@ -22,7 +22,6 @@ protected:
         updater = std::make_unique<SUUpdater>(*defaults, QStringLiteral("1.5"));
         updater->setFeedURL(server.url("/tolvane/appcast.xml"));
         updater->setHostSystemVersion(QStringLiteral("6.1.0"));
-        updater->setRequestTimeout(5000);
         updater->setUserDriver(&driver);
         updater->setDelegate(&delegate);
         QObject::connect(
@@ -32,7 +31,7 @@ protected:
     }
 
     // Runs one check to its end; false when it did not end within the time given.
-    bool check(bool userInitiated, int timeoutMs = 5000)
+    bool check(bool userInitiated, int timeoutMs = 60000)
     {
         const int before = finishedChecks;
         if (userInitiated)
