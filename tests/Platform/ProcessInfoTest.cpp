@@ -14,53 +14,32 @@ protected:
     static void setSystem(const char* release) { qputenv("TOLVANE_SYSTEM_VERSION", release); }
 };
 
-struct ReleaseCase {
-    const char* name;
-    const char* release;
-    qint64 major;
-    qint64 minor;
-    qint64 patch;
-};
-
-class ReleaseNumbers : public SystemVersionOverride,
-                       public testing::WithParamInterface<ReleaseCase> { };
-
-TEST_P(ReleaseNumbers, AreTheLeadingNumbers)
+TEST_F(SystemVersionOverride, ReleaseNumbersAreTheLeadingNumbers)
 {
-    setSystem(GetParam().release);
-    const NSOperatingSystemVersion version = ProcessInfo::processInfo().operatingSystemVersion();
-    EXPECT_EQ(version.majorVersion, GetParam().major);
-    EXPECT_EQ(version.minorVersion, GetParam().minor);
-    EXPECT_EQ(version.patchVersion, GetParam().patch);
+    struct Case {
+        const char* release;
+        qint64 major, minor, patch;
+    };
+    for (const Case& c : { Case { "6.1.0-18-amd64", 6, 1, 0 }, Case { "5", 5, 0, 0 },
+             Case { "1.2.3.4", 1, 2, 3 }, Case { "10..3", 10, 0, 0 }, Case { "x1.2", 0, 0, 0 } }) {
+        setSystem(c.release);
+        const NSOperatingSystemVersion version
+            = ProcessInfo::processInfo().operatingSystemVersion();
+        EXPECT_EQ(version.majorVersion, c.major) << c.release;
+        EXPECT_EQ(version.minorVersion, c.minor) << c.release;
+        EXPECT_EQ(version.patchVersion, c.patch) << c.release;
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Releases, ReleaseNumbers,
-    testing::Values(ReleaseCase { "DistributionKernel", "6.1.0-18-amd64", 6, 1, 0 },
-        ReleaseCase { "ThreeParts", "10.13.6", 10, 13, 6 },
-        ReleaseCase { "TwoParts", "10.13", 10, 13, 0 }, ReleaseCase { "OnePart", "5", 5, 0, 0 },
-        ReleaseCase { "PlusSuffix", "4.19.0+", 4, 19, 0 },
-        ReleaseCase { "FourParts", "1.2.3.4", 1, 2, 3 },
-        ReleaseCase { "EmptyMiddle", "10..3", 10, 0, 0 },
-        ReleaseCase { "LetterFirst", "x1.2", 0, 0, 0 },
-        ReleaseCase { "RcSuffix", "6.7-rc1", 6, 7, 0 }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST_F(SystemVersionOverride, StandsInForTheReleaseInTheDescription)
-{
-    setSystem("10.13.6");
-    const QString description = ProcessInfo::processInfo().operatingSystemVersionString();
-    EXPECT_TRUE(description.startsWith("Version 10.13.6 (Build ")) << description.toStdString();
-    EXPECT_TRUE(description.endsWith(")"));
-}
-
-TEST_F(SystemVersionOverride, IsReadOnEveryCall)
+TEST_F(SystemVersionOverride, StandsInForTheReleaseInTheDescriptionOnEveryCall)
 {
     setSystem("10.9.0");
     EXPECT_EQ(ProcessInfo::processInfo().operatingSystemVersion().minorVersion, 9);
     setSystem("10.14.2");
     EXPECT_EQ(ProcessInfo::processInfo().operatingSystemVersion().minorVersion, 14);
-    EXPECT_TRUE(
-        ProcessInfo::processInfo().operatingSystemVersionString().startsWith("Version 10.14.2 "));
+    const QString description = ProcessInfo::processInfo().operatingSystemVersionString();
+    EXPECT_TRUE(description.startsWith("Version 10.14.2 (Build ")) << description.toStdString();
+    EXPECT_TRUE(description.endsWith(")"));
 }
 
 TEST_F(SystemVersionOverride, AbsentMeansTheKernelRelease)
@@ -74,30 +53,16 @@ TEST_F(SystemVersionOverride, AbsentMeansTheKernelRelease)
         std::strtol(names.release, nullptr, 10));
 }
 
-struct GestaltCase {
-    const char* name;
-    const char* release;
-    std::int32_t systemVersion;
-};
-
-class GestaltSystemVersion : public SystemVersionOverride,
-                             public testing::WithParamInterface<GestaltCase> { };
-
-TEST_P(GestaltSystemVersion, IsHexMajorAndCappedMinorAndPatch)
+TEST_F(SystemVersionOverride, GestaltSystemVersionIsHexMajorAndCappedMinorAndPatch)
 {
-    setSystem(GetParam().release);
-    std::int32_t response = -1;
-    EXPECT_EQ(Gestalt(gestaltSystemVersion, &response), 0);
-    EXPECT_EQ(response, GetParam().systemVersion);
+    for (const auto& [release, expected] : { std::pair { "10.13.6", 0x1096 },
+             std::pair { "10.11.12", 0x1099 }, std::pair { "100.2.3", 0x10023 } }) {
+        setSystem(release);
+        std::int32_t response = -1;
+        EXPECT_EQ(Gestalt(gestaltSystemVersion, &response), 0);
+        EXPECT_EQ(response, expected) << release;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Versions, GestaltSystemVersion,
-    testing::Values(GestaltCase { "SnowLeopard", "10.6.8", 0x1068 },
-        GestaltCase { "MinorAboveNine", "10.13.6", 0x1096 },
-        GestaltCase { "BothAboveNine", "10.11.12", 0x1099 },
-        GestaltCase { "SingleDigitMajor", "6.1.0", 0x0610 },
-        GestaltCase { "ThreeDigitMajor", "100.2.3", 0x10023 }),
-    [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(SystemVersionOverride, GestaltAnswersEachNumberWhole)
 {

@@ -2,6 +2,7 @@
 #include "PropertyList.h"
 
 #include "TestEnvironment.h"
+#include "TypedVariants.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -39,13 +40,8 @@ TEST(PropertyList, XmlRoundTripKeepsEveryKind)
     ASSERT_TRUE(back);
     const QVariantMap map = back->toMap();
     ASSERT_EQ(map.keys(), original.keys());
-    for (const QString& key : original.keys()) {
-        SCOPED_TRACE(key.toStdString());
-        EXPECT_EQ(map.value(key), original.value(key));
-        if (original.value(key).typeId() != QMetaType::QVariantMap) {
-            EXPECT_EQ(map.value(key).typeId(), original.value(key).typeId());
-        }
-    }
+    for (const QString& key : original.keys())
+        EXPECT_TRUE(sameTypedValue(map.value(key), original.value(key))) << key.toStdString();
 }
 
 TEST(PropertyList, FloatAndIntegerKindsAreWrittenAsRealAndInteger)
@@ -95,7 +91,6 @@ INSTANTIATE_TEST_SUITE_P(Files, PropertyListBadFiles,
         BadFile { "array",
             "<?xml version=\"1.0\"?><plist version=\"1.0\"><array><string>a</string>"
             "</array></plist>" },
-        BadFile { "string", "<plist version=\"1.0\"><string>a</string></plist>" },
         BadFile { "truncated", "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key>" },
         BadFile { "garbage", "\x89PNG\r\n\x1a\n garbage" },
         BadFile { "truncatedBinary", QByteArray("bplist00\xd1\x01\x02", 10) }),

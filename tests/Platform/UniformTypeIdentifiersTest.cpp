@@ -18,30 +18,18 @@ QVariantMap declaring(const char* key, const QString& identifier, const QVariant
     return { { QString::fromLatin1(key), QVariantList { declaration } } };
 }
 
-struct DynamicCase {
-    const char* extension;
-    const char* identifier;
-};
-
-void PrintTo(const DynamicCase& c, std::ostream* out) { *out << c.extension; }
-
-class DynamicIdentifier : public testing::TestWithParam<DynamicCase> { };
-
 // The identifiers that the original platform gives these extensions.
-INSTANTIATE_TEST_SUITE_P(KnownForms, DynamicIdentifier,
-    testing::Values(DynamicCase { "ait", "dyn.ah62d4rv4ge80c4py" },
-        DynamicCase { "indd", "dyn.ah62d4rv4ge80w5xequ" },
-        DynamicCase { "indt", "dyn.ah62d4rv4ge80w5xesu" },
-        DynamicCase { "ase", "dyn.ah62d4rv4ge80c65f" }, DynamicCase { "0", "dyn.ah62d4rv4ge8xa" }));
-
-TEST_P(DynamicIdentifier, IsMadeFromTheExtensionAndDecodesBack)
+TEST(DynamicIdentifierForms, AreMadeFromTheExtensionAndDecodeBack)
 {
-    const QString extension = QString::fromLatin1(GetParam().extension);
-    const QString identifier = QString::fromLatin1(GetParam().identifier);
-    EXPECT_EQ(UTType::dynamicIdentifierForExtension(extension), identifier);
-    EXPECT_EQ(UTType::identifierForExtension(extension, {}), identifier);
-    EXPECT_EQ(UTType::decodeDynamicIdentifier(identifier), QStringLiteral("?0=6:1=") + extension);
-    EXPECT_EQ(UTType::extensionOfDynamicIdentifier(identifier), extension);
+    for (const auto& [extension, identifier] :
+        { std::pair { QStringLiteral("ait"), QStringLiteral("dyn.ah62d4rv4ge80c4py") },
+            std::pair { QStringLiteral("indd"), QStringLiteral("dyn.ah62d4rv4ge80w5xequ") },
+            std::pair { QStringLiteral("0"), QStringLiteral("dyn.ah62d4rv4ge8xa") } }) {
+        EXPECT_EQ(UTType::dynamicIdentifierForExtension(extension), identifier);
+        EXPECT_EQ(UTType::identifierForExtension(extension, {}), identifier);
+        EXPECT_EQ(UTType::decodeDynamicIdentifier(identifier), "?0=6:1=" + extension);
+        EXPECT_EQ(UTType::extensionOfDynamicIdentifier(identifier), extension);
+    }
 }
 
 TEST(DynamicIdentifierForms, KeepTheCaseAndTheBytesOfTheExtension)

@@ -3,7 +3,10 @@
 
 #include "TestEnvironment.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QTcpSocket>
+#include <QThread>
 #include <gtest/gtest.h>
 
 namespace {
@@ -50,6 +53,16 @@ bool HttpTestServer::waitForRequests(qsizetype count, int milliseconds)
     return TestEnvironment::waitUntil([&] { return m_requests.size() >= count; }, milliseconds);
 }
 
+bool HttpTestServer::waitForRequestsHoldingTimers(qsizetype count, int milliseconds)
+{
+    const QDeadlineTimer deadline(milliseconds);
+    while (m_requests.size() < count && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::X11ExcludeTimers);
+        QThread::msleep(5);
+    }
+    return m_requests.size() >= count;
+}
+
 void HttpTestServer::readRequest(QTcpSocket* socket)
 {
     const QByteArray buffer = socket->property("buffer").toByteArray() + socket->readAll();
@@ -73,13 +86,16 @@ void HttpTestServer::readRequest(QTcpSocket* socket)
     m_requests.append(request);
     if (!m_answers)
         return;
-    const Response response = m_responder(request);
+    const Response response
+        = m_paths.contains(request.path()) ? m_paths.value(request.path()) : m_responder(request);
     // Clients go by the status code; the reason phrase is only for people.
     socket->write("HTTP/1.1 " + QByteArray::number(response.status)
         + (response.status < 400 ? " OK" : " Error") + "\r\nContent-Type: " + response.contentType
         + "\r\nContent-Length: " + QByteArray::number(response.body.size())
-        + "\r\nConnection: close\r\n\r\n" + response.body);
-    socket->disconnectFromHost();
+        + "\r\nConnection: close\r\n\r\n"
+        + (response.sent < 0 ? response.body : response.body.left(response.sent)));
+    if (response.sent < 0 || response.hangUp)
+        socket->disconnectFromHost();
 }
 
 quint16 closedLocalPort()

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QMap>
 #include <QObject>
 #include <QTcpServer>
 #include <QUrl>
@@ -24,11 +25,18 @@ public:
         QByteArray requestLine;
         QByteArray contentType;
         QByteArray body;
+
+        // The target without its query.
+        QByteArray path() const { return target.split('?').value(0); }
     };
     struct Response {
         int status = 200;
         QByteArray body;
         QByteArray contentType = "text/html; charset=utf-8";
+        // Sends only this many bytes of the announced body (all when negative).
+        qsizetype sent = -1;
+        // After a cut body: hangs up, or keeps the connection open and says nothing more.
+        bool hangUp = true;
     };
     using Responder = std::function<Response(const Request&)>;
 
@@ -37,6 +45,8 @@ public:
     void respond(Responder responder) { m_responder = std::move(responder); }
     // The same answer to every request.
     void respond(const Response& response);
+    // The answer for one path, before the responder is asked.
+    void respondTo(const QByteArray& path, const Response& response) { m_paths[path] = response; }
     void neverAnswer() { m_answers = false; }
 
     quint16 port() const { return m_server.serverPort(); }
@@ -48,6 +58,9 @@ public:
     QList<Request> requests() const { return m_requests; }
     // Runs the event loop until count requests have come in or the time is up.
     bool waitForRequests(qsizetype count, int milliseconds = 15000);
+    // The same, but no timer of the program under test fires meanwhile: a time limit started with
+    // the request cannot run out before the request is here, however slow the machine is.
+    bool waitForRequestsHoldingTimers(qsizetype count, int milliseconds = 15000);
 
 private:
     void readRequest(QTcpSocket* socket);
@@ -55,6 +68,7 @@ private:
     QTcpServer m_server;
     Responder m_responder;
     bool m_answers = true;
+    QMap<QByteArray, Response> m_paths;
     QList<Request> m_requests;
 };
 

@@ -43,28 +43,21 @@ TEST_P(OpenURL, HandsTheURLToTheOpener)
 }
 
 INSTANTIATE_TEST_SUITE_P(Workspace, OpenURL,
-    testing::Values(OpenCase { "WebPage", QUrl(QStringLiteral("https://tolvane.example/support/")),
-                        QStringLiteral("https://tolvane.example/support/") },
+    testing::Values(
         OpenCase { "QueryWithNonASCII", QUrl(QStringLiteral("https://tolvane.example/?q=Grüße")),
             QStringLiteral("https://tolvane.example/?q=Gr%C3%BC%C3%9Fe") },
         OpenCase { "FileWithBlank", file(QStringLiteral("/Users/x/a b.png")),
-            QStringLiteral("/Users/x/a b.png") },
-        OpenCase { "Folder", file(QStringLiteral("/Users/x")), QStringLiteral("/Users/x") }),
+            QStringLiteral("/Users/x/a b.png") }),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(Workspace, OpenURLFailsWithoutAnOpener)
-{
-    FakeOpener opener;
-    opener.remove();
-    EXPECT_FALSE(
-        NSWorkspace::sharedWorkspace().openURL(QUrl(QStringLiteral("https://a.example/"))));
-}
-
-TEST(Workspace, OpenURLRefusesAnEmptyURL)
+TEST(Workspace, OpenURLRefusesAnInvalidURLAndFailsWithoutAnOpener)
 {
     FakeOpener opener;
     EXPECT_FALSE(NSWorkspace::sharedWorkspace().openURL(QUrl()));
     EXPECT_FALSE(NSWorkspace::sharedWorkspace().openURL(QUrl(QStringLiteral("http://[x"))));
+    opener.remove();
+    EXPECT_FALSE(
+        NSWorkspace::sharedWorkspace().openURL(QUrl(QStringLiteral("https://a.example/"))));
 }
 
 TEST(Workspace, ShowItemsGetsTheFilesInOrderAsEncodedURIs)

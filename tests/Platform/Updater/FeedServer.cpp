@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "FeedServer.h"
 
-#include "TestEnvironment.h"
-
 #include <QTcpSocket>
 #include <gtest/gtest.h>
 
@@ -28,26 +26,13 @@ QByteArray FeedServer::response(int status, const QByteArray& body, const QByteA
 
 void FeedServer::answer(int status, const QByteArray& body, const QByteArray& contentType)
 {
-    m_answers = true;
     m_response = response(status, body, contentType);
 }
 
 void FeedServer::answerPath(
     const QByteArray& path, int status, const QByteArray& body, const QByteArray& contentType)
 {
-    m_paths[path] = { response(status, body, contentType) };
-}
-
-void FeedServer::truncatePath(const QByteArray& path, const QByteArray& body, qsizetype sent)
-{
-    const QByteArray whole = response(200, body, "application/octet-stream");
-    m_paths[path] = { whole.left(whole.size() - body.size() + sent) };
-}
-
-void FeedServer::stallPath(const QByteArray& path, const QByteArray& body, qsizetype sent)
-{
-    const QByteArray whole = response(200, body, "application/octet-stream");
-    m_paths[path] = { whole.left(whole.size() - body.size() + sent), false };
+    m_paths[path] = response(status, body, contentType);
 }
 
 QUrl FeedServer::url(const QString& pathAndQuery) const
@@ -66,21 +51,7 @@ void FeedServer::readRequest(QTcpSocket* socket)
     const QByteArray requestLine = buffer.left(buffer.indexOf("\r\n"));
     m_requestLines.append(requestLine);
     socket->setProperty("buffer", QByteArray());
-    if (!m_answers)
-        return;
     const QByteArray path = requestLine.split(' ').value(1).split('?').value(0);
-    const Response answer = m_paths.value(path, { m_response });
-    socket->write(answer.bytes);
-    if (answer.close)
-        socket->disconnectFromHost();
-}
-
-bool spinUntil(const std::function<bool()>& condition, int timeoutMs)
-{
-    return TestEnvironment::waitUntil(condition, timeoutMs);
-}
-
-void spinFor(int milliseconds)
-{
-    spinUntil([] { return false; }, milliseconds);
+    socket->write(m_paths.value(path, m_response));
+    socket->disconnectFromHost();
 }

@@ -7,13 +7,12 @@
 #include <QObject>
 #include <QTcpServer>
 #include <QUrl>
-#include <functional>
 
 class QTcpSocket;
 
-// An HTTP server on 127.0.0.1 for the updater's tests: it records every request line and answers
-// each request with a canned response, the one of its path or else the default one, or never
-// answers at all.
+// An HTTP server on 127.0.0.1 for the application's update tests (the updater's own use
+// HttpTestServer): it records every request line and answers each request with a canned
+// response, the one of its path or else the default one.
 class FeedServer : public QObject {
     Q_OBJECT
 public:
@@ -24,12 +23,6 @@ public:
     // The answer for one path (without the query).
     void answerPath(const QByteArray& path, int status, const QByteArray& body,
         const QByteArray& contentType = "application/octet-stream");
-    // For this path: announces the whole body, sends only its first `sent` bytes and closes.
-    void truncatePath(const QByteArray& path, const QByteArray& body, qsizetype sent);
-    // For this path: announces the body, sends its first `sent` bytes and then nothing more.
-    void stallPath(const QByteArray& path, const QByteArray& body, qsizetype sent);
-    // Accepts connections and reads the requests, but sends nothing back.
-    void neverAnswer() { m_answers = false; }
 
     // http://127.0.0.1:<port><pathAndQuery>
     QUrl url(const QString& pathAndQuery) const;
@@ -37,21 +30,11 @@ public:
     QList<QByteArray> requestLines() const { return m_requestLines; }
 
 private:
-    struct Response {
-        QByteArray bytes;
-        bool close = true;
-    };
     static QByteArray response(int status, const QByteArray& body, const QByteArray& contentType);
     void readRequest(QTcpSocket* socket);
 
     QTcpServer m_server;
-    bool m_answers = true;
     QByteArray m_response;
-    QMap<QByteArray, Response> m_paths;
+    QMap<QByteArray, QByteArray> m_paths;
     QList<QByteArray> m_requestLines;
 };
-
-// Runs the event loop until condition() holds or timeoutMs passes; returns condition().
-bool spinUntil(const std::function<bool()>& condition, int timeoutMs = 5000);
-// Runs the event loop for a while.
-void spinFor(int milliseconds);

@@ -24,7 +24,6 @@ void InstallFixture::SetUp()
     updater->setHostBundlePath(bundle);
     updater->setInstallerPath(QStringLiteral(TOLVANE_UPDATE_INSTALLER));
     updater->setDownloadFolder(TestEnvironment::home() + "/cache/Updates");
-    updater->setRequestTimeout(10000);
     updater->setUserDriver(&driver);
     driver.answer = SUUpdateAlertChoice::Install;
     QObject::connect(updater.get(), &SUUpdater::updateInstallationFailed,
@@ -57,11 +56,11 @@ QString InstallFixture::signatureOf(const QByteArray& archive) const
 
 void InstallFixture::publish(const QByteArray& archive, const QString& signature, qint64 length)
 {
-    server.answerPath("/Tolvane-2.0.tar.xz", 200, archive);
+    server.respondTo("/Tolvane-2.0.tar.xz", { 200, archive });
     const QString signatureAttribute = signature.isEmpty()
         ? QString()
         : QStringLiteral("sparkle:edSignature=\"%1\"").arg(signature);
-    server.answer(200,
+    server.respond({ 200,
         QStringLiteral("<?xml version=\"1.0\"?>\n"
                        "<rss version=\"2.0\" "
                        "xmlns:sparkle=\"http://www.andymatuschak.org/xml-namespaces/sparkle\">"
@@ -73,7 +72,7 @@ void InstallFixture::publish(const QByteArray& archive, const QString& signature
             .arg(server.url("/Tolvane-2.0.tar.xz").toString())
             .arg(length)
             .arg(signatureAttribute)
-            .toUtf8());
+            .toUtf8() });
 }
 
 QString InstallFixture::started() const

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "FeedServer.h"
+#include "HttpTestServer.h"
 #include "RecordingUserDriver.h"
 #include "SUEd25519.h"
 #include "SUUpdater.h"
@@ -41,7 +41,7 @@ public:
     QStringList leftovers() const;
     QString installedVersion() const;
 
-    FeedServer server;
+    HttpTestServer server;
     RecordingUserDriver driver;
     SUEd25519::KeyPair keys;
     QString applications;

@@ -26,6 +26,8 @@ public:
     {
         calls.append("found");
         found = update;
+        if (whenFound)
+            whenFound();
         if (answer)
             reply(*answer);
     }
@@ -34,11 +36,7 @@ public:
         calls.append("error");
         error = updaterError;
     }
-    void showDownloadStarted(std::function<void()> cancelDownload) override
-    {
-        calls.append("download");
-        cancel = cancelDownload;
-    }
+    void showDownloadStarted(std::function<void()>) override { calls.append("download"); }
     void showDownloadProgress(qint64 received, qint64 total) override
     {
         ++progressCalls;
@@ -49,12 +47,10 @@ public:
         calls.append("status:" + status);
     }
     void dismissUpdateInstallation() override { calls.append("dismiss"); }
-    void showReadyToInstallAtQuit(
-        const SUUpdateFound& update, std::function<void(bool)> reply) override
+    void showReadyToInstallAtQuit(const SUUpdateFound& update, std::function<void(bool)>) override
     {
         calls.append("readyAtQuit");
         found = update;
-        installNow = reply;
     }
 
     QStringList calls;
@@ -63,8 +59,7 @@ public:
     std::optional<SUUpdateFound> found;
     std::optional<SUUpdaterError> error;
     std::optional<SUUpdateAlertChoice> answer;
-    std::function<void()> cancel;
-    std::function<void(bool)> installNow;
+    std::function<void()> whenFound;
     int progressCalls = 0;
     QPair<qint64, qint64> lastProgress;
 };

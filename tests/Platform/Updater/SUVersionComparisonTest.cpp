@@ -14,23 +14,13 @@ struct VersionCase {
 };
 
 const VersionCase versionCases[] = {
-    { "EqualTexts", "1.0", "1.0", true },
     { "MissingPartsAreZero", "1.0", "1.0.0", true },
-    { "MissingPartsAreZeroSeveral", "2", "2.0.0.0", true },
     { "LeadingZerosAreIgnored", "1.01", "1.1", true },
     { "NumbersAsNumbers", "1.9", "1.10" },
     { "NumbersAsNumbersBeyondSixtyFourBits", "1.99999999999999999999", "1.100000000000000000000" },
-    { "LongerIsNewerWhenNotZero", "1.0", "1.0.1" },
-    { "MajorWins", "1.99.99", "2.0" },
-    { "BetaBeforeRelease", "1.0b1", "1.0" },
-    { "AlphaBeforeBeta", "1.0a1", "1.0b1" },
-    { "BetaBeforeReleaseCandidate", "1.0b9", "1.0rc1" },
-    { "ReleaseCandidateBeforeRelease", "1.0rc3", "1.0" },
     { "PreReleaseNumbersAsNumbers", "1.0b2", "1.0b10" },
-    { "PreReleaseOfNextIsAfterRelease", "1.0", "1.1b1" },
     { "SpelledOutWords", "2.0 alpha 3", "2.0 beta 1" },
     { "WordsIgnoreCase", "2.0B1", "2.0b1", true },
-    { "UnknownWordBeforeAlpha", "1.0dev4", "1.0a1" },
     { "SuffixAfterDashIgnored", "2.1-linux-x86_64", "2.1", true },
     { "SuffixAfterDashIgnoredInOrder", "2.0-zzz", "2.1-aaa" },
     { "PreReleaseWithDashSuffix", "3.0b2-build7", "3.0" },

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "FeedServer.h"
+#include "HttpTestServer.h"
 #include "RecordingUserDriver.h"
 #include "SUUpdater.h"
 #include "TestEnvironment.h"
@@ -22,28 +22,39 @@ protected:
         updater = std::make_unique<SUUpdater>(*defaults, QStringLiteral("1.5"));
         updater->setFeedURL(server.url("/tolvane/appcast.xml"));
         updater->setHostSystemVersion(QStringLiteral("6.1.0"));
-        updater->setRequestTimeout(5000);
         updater->setUserDriver(&driver);
         updater->setDelegate(&delegate);
         QObject::connect(
             updater.get(), &SUUpdater::updateCheckFinished, [this] { ++finishedChecks; });
-        server.answer(
-            200, TestEnvironment::readFile(TestEnvironment::dataPath("updater/appcast.xml")));
+        server.respond({ 200, feed("appcast.xml") });
         updater->startUpdater();
     }
 
     // Runs one check to its end; false when it did not end within the time given.
-    bool check(bool userInitiated, int timeoutMs = 5000)
+    bool check(bool userInitiated, int timeoutMs = 60000)
     {
         const int before = finishedChecks;
         if (userInitiated)
             updater->checkForUpdates();
         else
             updater->checkForUpdatesInBackground();
-        return spinUntil([&] { return finishedChecks > before; }, timeoutMs);
+        return TestEnvironment::waitUntil([&] { return finishedChecks > before; }, timeoutMs);
     }
 
-    FeedServer server;
+    static QByteArray feed(const QString& name)
+    {
+        return TestEnvironment::readFile(TestEnvironment::dataPath("updater/" + name));
+    }
+    // "GET /path?query HTTP/1.1", in order of arrival.
+    QByteArrayList requestLines() const
+    {
+        QByteArrayList lines;
+        for (const HttpTestServer::Request& request : server.requests())
+            lines.append(request.requestLine);
+        return lines;
+    }
+
+    HttpTestServer server;
     RecordingUserDriver driver;
     RecordingDelegate delegate;
     std::unique_ptr<UserDefaults> defaults;

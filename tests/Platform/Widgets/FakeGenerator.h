@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "QLPreviewItem.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 #include <QVariantMap>
 
 // Preview generator bundles made by tests: an Info.plist that lists the given types and a shell
@@ -20,3 +23,16 @@ QString install(const QString& library, const QString& name, const QStringList& 
 void writePicture(const QString& path);
 
 }
+
+// A file to preview.
+class FileItem : public QLPreviewItem {
+public:
+    explicit FileItem(const QString& path)
+        : m_url(QUrl::fromLocalFile(path))
+    {
+    }
+    QUrl previewItemURL() const override { return m_url; }
+
+private:
+    QUrl m_url;
+};

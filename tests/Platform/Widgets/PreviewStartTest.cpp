@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A start as the application makes it, on a real X server: a card maps no graphics driver and no
 // web engine into the process, and a web page shown afterwards still comes up, silently.
+#include "FakeGenerator.h"
 #include "PreviewView.h"
 #include "PreviewWebModule.h"
 #include "TestEnvironment.h"
@@ -13,18 +14,6 @@
 #include <unistd.h>
 
 namespace {
-
-class FileItem : public QLPreviewItem {
-public:
-    explicit FileItem(const QString& path)
-        : m_url(QUrl::fromLocalFile(path))
-    {
-    }
-    QUrl previewItemURL() const override { return m_url; }
-
-private:
-    QUrl m_url;
-};
 
 // The libraries of this process's memory map whose names hold one of the parts.
 QStringList mappedLibraries(const QStringList& parts)
