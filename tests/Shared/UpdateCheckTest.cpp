@@ -5,6 +5,7 @@
 #include "HttpTestServer.h"
 #include "PropertyList.h"
 #include "TestEnvironment.h"
+#include "VariantKinds.h"
 #include "VistrelAutoUpdate.h"
 #include "VistrelUtilities.h"
 
@@ -154,7 +155,8 @@ TEST_F(UpdateCheck, TheNewVersionAlertOpensTheDownloadPageOnlyOnOK)
 TEST_F(UpdateCheck, NoAnswerWithinTheTimeLimitIsNoAnswer)
 {
     server.neverAnswer();
-    checker->setRequestTimeLimit(300);
+    // Long enough for the request to reach the server on a busy machine.
+    checker->setRequestTimeLimit(5000);
     EXPECT_FALSE(checker->checkForUpdateAndShowNone(false, false, true));
     EXPECT_EQ(server.requests().size(), 1);
     EXPECT_TRUE(alerts.isEmpty());
@@ -208,19 +210,19 @@ TEST(UpdatePreferences, WritingReplacesTheFileWithTheGivenEntriesAndTheVersion)
 
     EXPECT_TRUE(checker.writePrefsFileWithInfo(
         QVariantMap { { "UseLoupe", false }, { "Preferences Version", "1.0" } }));
-    EXPECT_EQ(PropertyList::readDictionary(path),
-        (QVariantMap { { "UseLoupe", false }, { "Preferences Version", "2.0" } }));
+    EXPECT_TRUE(VariantKinds::same(PropertyList::readDictionary(path).value_or(QVariantMap()),
+        { { "UseLoupe", false }, { "Preferences Version", QString("2.0") } }));
 
     EXPECT_TRUE(checker.writePrefsFileWithInfo(QVariantMap()));
-    EXPECT_EQ(
-        PropertyList::readDictionary(path), (QVariantMap { { "Preferences Version", "2.0" } }));
+    EXPECT_TRUE(VariantKinds::same(PropertyList::readDictionary(path).value_or(QVariantMap()),
+        { { "Preferences Version", QString("2.0") } }));
 }
 
 TEST(UpdatePreferences, TheCheckersOwnFunctionsKeepTheirDifferences)
 {
     const QString preferences = TestEnvironment::userLibrary() + "/Preferences/";
     EXPECT_EQ(VTAUPreferencesPath(), preferences + "app.tolvane.VistrelPro.update.plist");
-    EXPECT_EQ(VTAUDefaults(), (QVariantMap { { "Update Frequency", qint64(7) } }));
+    EXPECT_TRUE(VariantKinds::same(VTAUDefaults(), { { "Update Frequency", qint64(7) } }));
 
     // The merged dictionary reads the generator's own file, not the one above, and is completed
     // with the preview settings' defaults (a frequency of 1, not 7).
@@ -231,9 +233,8 @@ TEST(UpdatePreferences, TheCheckersOwnFunctionsKeepTheirDifferences)
             preferences + "app.tolvane.VistrelPro.plist"));
     QVariantMap expected = VTDefaults();
     expected.insert("UseLoupe", false);
-    expected.insert("Extra", "kept");
-    EXPECT_EQ(VTAUUserDefaults(), expected);
-    EXPECT_EQ(VTAUUserDefaults().value("Update Frequency"), QVariant(qint64(1)));
+    expected.insert("Extra", QString("kept"));
+    EXPECT_TRUE(VariantKinds::same(VTAUUserDefaults(), expected));
 }
 
 }
