@@ -43,20 +43,10 @@ TEST_P(Comparison, OrdersAndDrivesThePredicates)
 INSTANTIATE_TEST_SUITE_P(Versions, Comparison,
     testing::Values(CompareCase { "Equal", { 10, 9, 0 }, { 10, 9, 0 }, 0 },
         CompareCase { "MinorAsNumberNotText", { 10, 10, 0 }, { 10, 9, 5 }, 1 },
-        CompareCase { "BelowUpperBound", { 10, 13, 6 }, { 10, 14, 0 }, -1 },
         CompareCase { "MajorDecides", { 11, 0, 0 }, { 10, 15, 7 }, 1 },
         CompareCase { "PatchDecides", { 10, 9, 4 }, { 10, 9, 5 }, -1 },
-        CompareCase { "NegativeMinor", { 10, -1, 0 }, { 10, 0, 0 }, -1 },
         CompareCase { "ExtremeValues", { INT64_MIN, 0, 0 }, { INT64_MAX, 0, 0 }, -1 }),
     [](const auto& info) { return std::string(info.param.name); });
-
-TEST(QXVersionMake, KeepsTheFieldsInOrder)
-{
-    const QXVersion v = QXVersionMake(10, 13, 6);
-    EXPECT_EQ(v.major, 10);
-    EXPECT_EQ(v.minor, 13);
-    EXPECT_EQ(v.patch, 6);
-}
 
 struct TextCase {
     const char* name;
@@ -79,10 +69,7 @@ TEST_P(TextForm, LeavesOutAPatchBelowOneUnlessAsked)
 INSTANTIATE_TEST_SUITE_P(Versions, TextForm,
     testing::Values(TextCase { "ZeroPatch", { 10, 9, 0 }, "10.9", "10.9.0" },
         TextCase { "Patch", { 10, 9, 2 }, "10.9.2", "10.9.2" },
-        TextCase { "NegativePatch", { 10, 9, -1 }, "10.9", "10.9.-1" },
-        TextCase { "NegativeMajor", { -3, 0, 1 }, "-3.0.1", "-3.0.1" },
-        TextCase { "LargeNumbers", { 9223372036854775807, 0, 0 }, "9223372036854775807.0",
-            "9223372036854775807.0.0" }),
+        TextCase { "NegativePatch", { 10, 9, -1 }, "10.9", "10.9.-1" }),
     [](const auto& info) { return std::string(info.param.name); });
 
 struct ParseCase {
@@ -99,15 +86,11 @@ TEST_P(Parsing, TakesLeadingDigitsOfTheFirstThreeComponents)
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, Parsing,
-    testing::Values(ParseCase { "ThreeParts", "10.13.6", { 10, 13, 6 } },
-        ParseCase { "FourthPartIgnored", "10.13.6.1", { 10, 13, 6 } },
+    testing::Values(ParseCase { "FourthPartIgnored", "10.13.6.1", { 10, 13, 6 } },
         ParseCase { "WordComponent", "10.x.3", { 10, 0, 3 } },
-        ParseCase { "EmptyText", "", { 0, 0, 0 } },
         ParseCase { "NullText", QString(), { 0, 0, 0 } },
         ParseCase { "MajorOnly", "10", { 10, 0, 0 } },
-        ParseCase { "EmptyMiddle", "10..3", { 10, 0, 3 } },
         ParseCase { "TrailingLetters", "6b2.1", { 6, 1, 0 } },
-        ParseCase { "Beta", "beta", { 0, 0, 0 } },
         ParseCase { "LeadingBlank", " 7.\t8", { 7, 8, 0 } },
         ParseCase { "Signs", "-3.+4.-0", { -3, 4, 0 } },
         ParseCase { "BlankAfterSign", "- 3", { 0, 0, 0 } },
