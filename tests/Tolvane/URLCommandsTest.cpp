@@ -36,10 +36,8 @@ INSTANTIATE_TEST_SUITE_P(Queries, QueryParsing,
             "lastOccurrenceWins", "tolvane://reveal/font?path=/a&path=/b", { { "path", "/b" } } },
         QueryCase { "plusStaysPlus", "tolvane://reveal/image?path=/a+b", { { "path", "/a+b" } } },
         QueryCase { "extraPiecesDropped", "tolvane://x?a=b=c", { { "a", "b" } } },
-        QueryCase { "escapedKey", "tolvane://x?p%61th=1", { { "path", "1" } } },
         QueryCase { "utf8", "tolvane://x?path=/Schriften/%C3%84rial.otf",
-            { { "path", QString::fromUtf8("/Schriften/Ärial.otf") } } },
-        QueryCase { "emptyValue", "tolvane://x?path=", { { "path", "" } } }),
+            { { "path", QString::fromUtf8("/Schriften/Ärial.otf") } } }),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(QueryParsing, AbortsOnAComponentWithoutEqualsOrAValueThatIsNotUtf8)
@@ -90,12 +88,6 @@ TEST_F(URLCommands, RevealsFontFilesInOrderUpToTheFirstMissingIndex)
         reveal("tolvane://reveal/font?path2=/c&path=/a&path3=/d"), QStringList { "file:///a" });
 }
 
-TEST_F(URLCommands, RevealsTheLastOfARepeatedParameterAndKeepsPlusSigns)
-{
-    EXPECT_EQ(reveal("tolvane://reveal/image?path=/a&path=/b"), QStringList { "file:///b" });
-    EXPECT_EQ(reveal("tolvane://reveal/image?path=/a+b"), QStringList { "file:///a+b" });
-}
-
 struct IgnoredCase {
     const char* name;
     const char* url;
@@ -123,9 +115,8 @@ INSTANTIATE_TEST_SUITE_P(Commands, URLCommandsThatRevealNothing,
         IgnoredCase { "unknownVariant", "tolvane://reveal/video?path=/a" },
         IgnoredCase { "trailingSlash", "tolvane://reveal/image/?path=/a" },
         IgnoredCase { "componentWithoutEquals", "tolvane://reveal/font?path=/a&path1" },
-        IgnoredCase { "badEscape", "tolvane://reveal/image?path=%zz" },
         IgnoredCase { "notUtf8", "tolvane://reveal/image?path=/%C3" },
-        IgnoredCase { "notAURL", "not a url at all" }, IgnoredCase { "empty", "" },
+        IgnoredCase { "notAURL", "not a url at all" },
         IgnoredCase { "unknownHost", "tolvane://explode/now" }),
     [](const auto& info) { return std::string(info.param.name); });
 
