@@ -9,6 +9,7 @@
 #include "TLApplication.h"
 #include "TestEnvironment.h"
 #include "UserDefaults.h"
+#include "VariantKinds.h"
 #include "VistrelUtilities.h"
 
 #include <QApplication>
@@ -99,9 +100,10 @@ TEST(SupportedSystem, RegistersTheHandlerAndTheSettingsAndGoesOn)
     TLAppDelegate delegate;
     delegate.applicationWillFinishLaunching();
     EXPECT_TRUE(NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing"));
-    EXPECT_EQ(UserDefaults::standardUserDefaults().registeredDefaults().value(
-                  "Maximum Number Of Pages Previewed"),
-        QVariant(qint64(20)));
+    const QVariantMap registered = UserDefaults::standardUserDefaults().registeredDefaults();
+    for (const QString& key : VTDefaults().keys())
+        EXPECT_TRUE(VariantKinds::same(registered.value(key), VTDefaults().value(key)))
+            << key.toStdString();
     // Registration writes nothing.
     EXPECT_FALSE(UserDefaults::standardUserDefaults().persistentDomain().contains("UseLoupe"));
 }
