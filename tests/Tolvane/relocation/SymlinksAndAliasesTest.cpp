@@ -85,7 +85,9 @@ TEST_F(SymlinkTree, OneLinkIsResolvedByItsTarget)
     EXPECT_EQ(stringByResolvingSymlink(path("link")), target);
 }
 
-TEST_F(SymlinkTree, ChainsOfLinksAreFollowedToTheEnd)
+// A chain is followed to its end; the components inside a link's target text are kept as the
+// link gives them.
+TEST_F(SymlinkTree, ChainsOfLinksAreFollowedToTheEndButNotIntoTheirTargets)
 {
     makeFile("file");
     makeLink("one", "two");
@@ -93,11 +95,6 @@ TEST_F(SymlinkTree, ChainsOfLinksAreFollowedToTheEnd)
     makeLink("three", "file");
     EXPECT_EQ(stringByIterativelyResolvingSymlinkOrAlias(path("one")), path("file"));
     EXPECT_EQ(stringByResolvingSymlinksAndAliases(path("one")), path("file"));
-}
-
-// The components inside a link's target text are kept as the link gives them.
-TEST_F(SymlinkTree, TargetsInnerComponentsAreNotResolved)
-{
     makeFolder("real/dir");
     makeLink("alias", "real");
     makeLink("link", "alias/dir");
@@ -148,7 +145,7 @@ TEST_F(SymlinkTree, ChainsLongerThanTheLimitAnswerNothing)
     EXPECT_TRUE(stringByIterativelyResolvingSymlinkOrAlias(path("long0")).isNull());
 }
 
-TEST_F(SymlinkTree, NonLinksAreLeftAlone)
+TEST_F(SymlinkTree, NonLinksAndNonAliasesAreLeftAlone)
 {
     makeFile("file");
     for (const QString& candidate : { path("file"), path("missing"), root }) {
@@ -157,11 +154,7 @@ TEST_F(SymlinkTree, NonLinksAreLeftAlone)
         EXPECT_EQ(stringByIterativelyResolvingSymlinkOrAlias(candidate),
             candidate == path("missing") ? QString() : candidate);
     }
-}
-
-TEST_F(SymlinkTree, ThereAreNoAliasesOnThisSystem)
-{
-    makeFile("file");
+    // There are no aliases on this system.
     EXPECT_TRUE(stringByConditionallyResolvingAlias(path("file")).isNull());
     EXPECT_EQ(stringByResolvingAlias(path("file")), path("file"));
     EXPECT_EQ(stringByResolvingAlias(path("missing")), path("missing"));
