@@ -18,102 +18,64 @@ static bool operator==(const QXVersion& a, const QXVersion& b)
 
 namespace {
 
-struct CompareCase {
-    const char* name;
-    QXVersion a;
-    QXVersion b;
-    int expected;
-};
-
-class Comparison : public testing::TestWithParam<CompareCase> { };
-
 // Every predicate must agree with the comparison, and the comparison must be antisymmetric.
-TEST_P(Comparison, OrdersAndDrivesThePredicates)
+TEST(Comparison, OrdersAndDrivesThePredicates)
 {
-    const auto& [name, a, b, expected] = GetParam();
-    EXPECT_EQ(QXVersionCompare(a, b), expected);
-    EXPECT_EQ(QXVersionCompare(b, a), -expected);
-    EXPECT_EQ(QXVersionIsGreaterThanVersion(a, b), expected > 0);
-    EXPECT_EQ(QXVersionIsGreaterThanOrEqualToVersion(a, b), expected >= 0);
-    EXPECT_EQ(QXVersionIsEqualToVersion(a, b), expected == 0);
-    EXPECT_EQ(QXVersionIsLessThanOrEqualToVersion(a, b), expected <= 0);
-    EXPECT_EQ(QXVersionIsLessThanVersion(a, b), expected < 0);
+    const struct {
+        QXVersion a;
+        QXVersion b;
+        int expected;
+    } cases[] = {
+        { { 10, 9, 0 }, { 10, 9, 0 }, 0 }, { { 10, 10, 0 }, { 10, 9, 5 }, 1 }, // numbers, not text
+        { { 11, 0, 0 }, { 10, 15, 7 }, 1 }, { { 10, 9, 4 }, { 10, 9, 5 }, -1 },
+        { { INT64_MIN, 0, 0 }, { INT64_MAX, 0, 0 }, -1 }, // no overflow
+    };
+    for (const auto& [a, b, expected] : cases) {
+        SCOPED_TRACE(testing::PrintToString(a) + " against " + testing::PrintToString(b));
+        EXPECT_EQ(QXVersionCompare(a, b), expected);
+        EXPECT_EQ(QXVersionCompare(b, a), -expected);
+        EXPECT_EQ(QXVersionIsGreaterThanVersion(a, b), expected > 0);
+        EXPECT_EQ(QXVersionIsGreaterThanOrEqualToVersion(a, b), expected >= 0);
+        EXPECT_EQ(QXVersionIsEqualToVersion(a, b), expected == 0);
+        EXPECT_EQ(QXVersionIsLessThanOrEqualToVersion(a, b), expected <= 0);
+        EXPECT_EQ(QXVersionIsLessThanVersion(a, b), expected < 0);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Versions, Comparison,
-    testing::Values(CompareCase { "Equal", { 10, 9, 0 }, { 10, 9, 0 }, 0 },
-        CompareCase { "MinorAsNumberNotText", { 10, 10, 0 }, { 10, 9, 5 }, 1 },
-        CompareCase { "BelowUpperBound", { 10, 13, 6 }, { 10, 14, 0 }, -1 },
-        CompareCase { "MajorDecides", { 11, 0, 0 }, { 10, 15, 7 }, 1 },
-        CompareCase { "PatchDecides", { 10, 9, 4 }, { 10, 9, 5 }, -1 },
-        CompareCase { "NegativeMinor", { 10, -1, 0 }, { 10, 0, 0 }, -1 },
-        CompareCase { "ExtremeValues", { INT64_MIN, 0, 0 }, { INT64_MAX, 0, 0 }, -1 }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST(QXVersionMake, KeepsTheFieldsInOrder)
+TEST(TextForm, LeavesOutAPatchBelowOneUnlessAsked)
 {
-    const QXVersion v = QXVersionMake(10, 13, 6);
-    EXPECT_EQ(v.major, 10);
-    EXPECT_EQ(v.minor, 13);
-    EXPECT_EQ(v.patch, 6);
+    const struct {
+        QXVersion version;
+        const char* shortForm;
+        const char* fullForm;
+    } cases[] = { { { 10, 9, 0 }, "10.9", "10.9.0" }, { { 10, 9, 2 }, "10.9.2", "10.9.2" },
+        { { 10, 9, -1 }, "10.9", "10.9.-1" } };
+    for (const auto& [version, shortForm, fullForm] : cases) {
+        EXPECT_EQ(NSStringFromQXVersion(version), shortForm);
+        EXPECT_EQ(NSStringFromQXVersionIncludingZeroPatch(false, version), shortForm);
+        EXPECT_EQ(NSStringFromQXVersionIncludingZeroPatch(true, version), fullForm);
+    }
 }
 
-struct TextCase {
-    const char* name;
-    QXVersion version;
-    const char* shortForm;
-    const char* fullForm;
-};
-
-class TextForm : public testing::TestWithParam<TextCase> { };
-
-TEST_P(TextForm, LeavesOutAPatchBelowOneUnlessAsked)
+TEST(Parsing, TakesLeadingDigitsOfTheFirstThreeComponents)
 {
-    EXPECT_EQ(NSStringFromQXVersion(GetParam().version), GetParam().shortForm);
-    EXPECT_EQ(
-        NSStringFromQXVersionIncludingZeroPatch(false, GetParam().version), GetParam().shortForm);
-    EXPECT_EQ(
-        NSStringFromQXVersionIncludingZeroPatch(true, GetParam().version), GetParam().fullForm);
+    const struct {
+        QString text;
+        QXVersion expected;
+    } cases[] = {
+        { "10.13.6.1", { 10, 13, 6 } },
+        { "10.x.3", { 10, 0, 3 } },
+        { QString(), { 0, 0, 0 } },
+        { "10", { 10, 0, 0 } },
+        { "6b2.1", { 6, 1, 0 } },
+        { " 7.\t8", { 7, 8, 0 } },
+        { "-3.+4.-0", { -3, 4, 0 } },
+        { "- 3", { 0, 0, 0 } },
+        { "99999999999999999999.-99999999999999999999", { INT64_MAX, INT64_MIN, 0 } },
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(QXVersionFromString(text), expected) << text.toStdString();
 }
-
-INSTANTIATE_TEST_SUITE_P(Versions, TextForm,
-    testing::Values(TextCase { "ZeroPatch", { 10, 9, 0 }, "10.9", "10.9.0" },
-        TextCase { "Patch", { 10, 9, 2 }, "10.9.2", "10.9.2" },
-        TextCase { "NegativePatch", { 10, 9, -1 }, "10.9", "10.9.-1" },
-        TextCase { "NegativeMajor", { -3, 0, 1 }, "-3.0.1", "-3.0.1" },
-        TextCase { "LargeNumbers", { 9223372036854775807, 0, 0 }, "9223372036854775807.0",
-            "9223372036854775807.0.0" }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-struct ParseCase {
-    const char* name;
-    QString text;
-    QXVersion expected;
-};
-
-class Parsing : public testing::TestWithParam<ParseCase> { };
-
-TEST_P(Parsing, TakesLeadingDigitsOfTheFirstThreeComponents)
-{
-    EXPECT_EQ(QXVersionFromString(GetParam().text), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(Texts, Parsing,
-    testing::Values(ParseCase { "ThreeParts", "10.13.6", { 10, 13, 6 } },
-        ParseCase { "FourthPartIgnored", "10.13.6.1", { 10, 13, 6 } },
-        ParseCase { "WordComponent", "10.x.3", { 10, 0, 3 } },
-        ParseCase { "EmptyText", "", { 0, 0, 0 } },
-        ParseCase { "NullText", QString(), { 0, 0, 0 } },
-        ParseCase { "MajorOnly", "10", { 10, 0, 0 } },
-        ParseCase { "EmptyMiddle", "10..3", { 10, 0, 3 } },
-        ParseCase { "TrailingLetters", "6b2.1", { 6, 1, 0 } },
-        ParseCase { "Beta", "beta", { 0, 0, 0 } },
-        ParseCase { "LeadingBlank", " 7.\t8", { 7, 8, 0 } },
-        ParseCase { "Signs", "-3.+4.-0", { -3, 4, 0 } },
-        ParseCase { "BlankAfterSign", "- 3", { 0, 0, 0 } },
-        ParseCase { "Saturates", "99999999999999999999.-99999999999999999999",
-            { INT64_MAX, INT64_MIN, 0 } }),
-    [](const auto& info) { return std::string(info.param.name); });
 
 class SystemVersion : public testing::Test {
 protected:

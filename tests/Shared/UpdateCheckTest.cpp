@@ -5,6 +5,7 @@
 #include "HttpTestServer.h"
 #include "PropertyList.h"
 #include "TestEnvironment.h"
+#include "VariantKinds.h"
 #include "VistrelAutoUpdate.h"
 #include "VistrelUtilities.h"
 
@@ -92,44 +93,36 @@ TEST_F(UpdateCheck, AutomaticAndMenuChecksSendTheirRequestLines)
     EXPECT_EQ(alerts[0].buttons, (QStringList { "OK", QString(), QString() }));
 }
 
-struct AnswerCase {
-    const char* name;
-    int status;
-    QByteArray body;
-    bool answered;
-    const char* alertTitle;
-};
-void PrintTo(const AnswerCase& value, std::ostream* out) { *out << value.name; }
-
-class UpdateAnswers : public UpdateCheck, public testing::WithParamInterface<AnswerCase> { };
-
-TEST_P(UpdateAnswers, DecideTheAlertAndTheTimeOfTheLastCheck)
+TEST_F(UpdateCheck, TheAnswerDecidesTheAlertAndTheTimeOfTheLastCheck)
 {
-    answer(GetParam().status, GetParam().body);
-    alertAnswer = NSAlertAlternateReturn;
-    checker->setLastUpdateTime(5);
-    EXPECT_EQ(checker->checkForUpdateAndShowNone(true, true, false), GetParam().answered);
-    ASSERT_EQ(alerts.size(), 1);
-    EXPECT_EQ(alerts[0].title, GetParam().alertTitle);
-    if (GetParam().answered)
-        EXPECT_NEAR(checker->lastUpdateTime(), now(), 60);
-    else
-        EXPECT_EQ(checker->lastUpdateTime(), 5);
-}
-
-INSTANTIATE_TEST_SUITE_P(Cases, UpdateAnswers,
-    testing::Values(AnswerCase { "update", 200, updateAnswer, true, "A New Version is available" },
-        AnswerCase { "found but empty version", 200,
-            QByteArray(updateAnswer).replace("<string>2.0</string>", "<string></string>"), true,
+    const struct {
+        int status;
+        QByteArray body;
+        bool answered;
+        const char* alertTitle;
+    } cases[] = {
+        { 200, updateAnswer, true, "A New Version is available" },
+        { 200, QByteArray(updateAnswer).replace("<string>2.0</string>", "<string></string>"), true,
             "Your Software is up-to-date" },
-        AnswerCase { "not a dictionary", 200, "<plist><array><true/></array></plist>", false,
-            "Unable to check for update" },
-        AnswerCase { "malformed", 200, "<plist><dict><key>", false, "Unable to check for update" },
-        AnswerCase { "not found", 404, updateAnswer, false, "Unable to check for update" }),
-    [](const auto& info) {
-        QString name = info.param.name;
-        return name.replace(' ', '_').toStdString();
-    });
+        { 200, "<plist><array><true/></array></plist>", false, "Unable to check for update" },
+        { 200, "<plist><dict><key>", false, "Unable to check for update" },
+        { 404, updateAnswer, false, "Unable to check for update" },
+    };
+    alertAnswer = NSAlertAlternateReturn;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.body.toStdString());
+        answer(c.status, c.body);
+        alerts.clear();
+        checker->setLastUpdateTime(5);
+        EXPECT_EQ(checker->checkForUpdateAndShowNone(true, true, false), c.answered);
+        ASSERT_EQ(alerts.size(), 1);
+        EXPECT_EQ(alerts[0].title, c.alertTitle);
+        if (c.answered)
+            EXPECT_NEAR(checker->lastUpdateTime(), now(), 60);
+        else
+            EXPECT_EQ(checker->lastUpdateTime(), 5);
+    }
+}
 
 TEST_F(UpdateCheck, TheNewVersionAlertOpensTheDownloadPageOnlyOnOK)
 {
@@ -154,7 +147,8 @@ TEST_F(UpdateCheck, TheNewVersionAlertOpensTheDownloadPageOnlyOnOK)
 TEST_F(UpdateCheck, NoAnswerWithinTheTimeLimitIsNoAnswer)
 {
     server.neverAnswer();
-    checker->setRequestTimeLimit(300);
+    // Long enough for the request to reach the server on a busy machine.
+    checker->setRequestTimeLimit(5000);
     EXPECT_FALSE(checker->checkForUpdateAndShowNone(false, false, true));
     EXPECT_EQ(server.requests().size(), 1);
     EXPECT_TRUE(alerts.isEmpty());
@@ -208,19 +202,19 @@ TEST(UpdatePreferences, WritingReplacesTheFileWithTheGivenEntriesAndTheVersion)
 
     EXPECT_TRUE(checker.writePrefsFileWithInfo(
         QVariantMap { { "UseLoupe", false }, { "Preferences Version", "1.0" } }));
-    EXPECT_EQ(PropertyList::readDictionary(path),
-        (QVariantMap { { "UseLoupe", false }, { "Preferences Version", "2.0" } }));
+    EXPECT_TRUE(VariantKinds::same(PropertyList::readDictionary(path).value_or(QVariantMap()),
+        { { "UseLoupe", false }, { "Preferences Version", QString("2.0") } }));
 
     EXPECT_TRUE(checker.writePrefsFileWithInfo(QVariantMap()));
-    EXPECT_EQ(
-        PropertyList::readDictionary(path), (QVariantMap { { "Preferences Version", "2.0" } }));
+    EXPECT_TRUE(VariantKinds::same(PropertyList::readDictionary(path).value_or(QVariantMap()),
+        { { "Preferences Version", QString("2.0") } }));
 }
 
 TEST(UpdatePreferences, TheCheckersOwnFunctionsKeepTheirDifferences)
 {
     const QString preferences = TestEnvironment::userLibrary() + "/Preferences/";
     EXPECT_EQ(VTAUPreferencesPath(), preferences + "app.tolvane.VistrelPro.update.plist");
-    EXPECT_EQ(VTAUDefaults(), (QVariantMap { { "Update Frequency", qint64(7) } }));
+    EXPECT_TRUE(VariantKinds::same(VTAUDefaults(), { { "Update Frequency", qint64(7) } }));
 
     // The merged dictionary reads the generator's own file, not the one above, and is completed
     // with the preview settings' defaults (a frequency of 1, not 7).
@@ -231,9 +225,8 @@ TEST(UpdatePreferences, TheCheckersOwnFunctionsKeepTheirDifferences)
             preferences + "app.tolvane.VistrelPro.plist"));
     QVariantMap expected = VTDefaults();
     expected.insert("UseLoupe", false);
-    expected.insert("Extra", "kept");
-    EXPECT_EQ(VTAUUserDefaults(), expected);
-    EXPECT_EQ(VTAUUserDefaults().value("Update Frequency"), QVariant(qint64(1)));
+    expected.insert("Extra", QString("kept"));
+    EXPECT_TRUE(VariantKinds::same(VTAUUserDefaults(), expected));
 }
 
 }

@@ -34,83 +34,55 @@ TEST(VTPreviewSettings, MissingValuesTakeTheDefaultsOfTheStore)
         && read.warnAboutDoubleClicks && read.showWysiwygFonts);
 }
 
-struct ValueCase {
-    const char* name;
-    QString key;
-    QVariant value;
-    std::function<bool(const VTPreviewSettings&)> holds;
-};
-
-class StoredValue : public testing::TestWithParam<ValueCase> { };
-
-TEST_P(StoredValue, ReadsAsThePlatformsGettersDo)
+TEST(VTPreviewSettings, StoredValuesReadAsThePlatformsGettersDo)
 {
-    const ValueCase& c = GetParam();
-    EXPECT_TRUE(c.holds(VTPreviewSettings::fromDictionary(with(c.key, c.value))));
-}
-
-INSTANTIATE_TEST_SUITE_P(Values, StoredValue,
-    testing::Values(
+    const struct {
+        QString key;
+        QVariant value;
+        std::function<bool(const VTPreviewSettings&)> holds;
+    } cases[] = {
         // Text as the preferences window reads it: "0.0" is false, "2abc" is 2.
-        ValueCase { "ZeroPointZeroTextIsFalse", showFontsInPreview, QStringLiteral("0.0"),
-            [](auto& s) { return !s.showFonts; } },
-        ValueCase { "NoTextIsFalse", VTPUseLoupe, QStringLiteral("NO"),
-            [](auto& s) { return !s.useLoupe; } },
-        ValueCase { "YesTextIsTrue", VTPUseLoupe, QStringLiteral("yes"),
-            [](auto& s) { return s.useLoupe; } },
-        ValueCase { "BooleanAsNumber", showImageLinksInPreview, qint64(0),
-            [](auto& s) { return !s.showImageLinks; } },
-        ValueCase { "ModeWithTrailingLetters", TLPreviewMode, QStringLiteral("2abc"),
+        { showFontsInPreview, QStringLiteral("0.0"), [](auto& s) { return !s.showFonts; } },
+        { VTPUseLoupe, QStringLiteral("yes"), [](auto& s) { return s.useLoupe; } },
+        { TLPreviewMode, QStringLiteral("2abc"),
             [](auto& s) { return s.previewMode == VTPreviewMode::Grid; } },
-        ValueCase { "PageLimitAsDouble", maximumNumberOfPagesPreviewed, 3.9,
-            [](auto& s) { return s.maximumPages == 3; } },
-        ValueCase { "PageLimitZeroIsTheDefault", maximumNumberOfPagesPreviewed, qint64(0),
-            [](auto& s) { return s.maximumPages == 20; } },
-        ValueCase { "PageLimitAsDateIsTheDefault", maximumNumberOfPagesPreviewed,
-            QDateTime::currentDateTimeUtc(), [](auto& s) { return s.maximumPages == 20; } },
-        ValueCase { "FirstPageModeLimitsToOne", TLPreviewMode, qint64(1),
-            [](auto& s) { return s.pageLimit() == 1; } },
-        ValueCase { "UnknownModeIsTheDefault", TLPreviewMode, qint64(9),
+        { maximumNumberOfPagesPreviewed, 3.9, [](auto& s) { return s.maximumPages == 3; } },
+        { maximumNumberOfPagesPreviewed, qint64(0), [](auto& s) { return s.maximumPages == 20; } },
+        { TLPreviewMode, qint64(1), [](auto& s) { return s.pageLimit() == 1; } },
+        { TLPreviewMode, qint64(9),
             [](auto& s) { return s.previewMode == VTPreviewMode::AllPages; } },
-        ValueCase { "ThresholdAsFloat", preferEmbeddedPreviewForPreviewFileSizeThreshold, 0.5f,
+        { preferEmbeddedPreviewForPreviewFileSizeThreshold, 0.5f,
             [](auto& s) {
                 return s.preferEmbeddedForPreview(500000) && !s.preferEmbeddedForPreview(499999);
             } },
-        ValueCase { "NegativeThresholdIsTheDefault",
-            preferEmbeddedPreviewForThumbnailFileSizeThreshold, -1.0,
+        { preferEmbeddedPreviewForThumbnailFileSizeThreshold, -1.0,
             [](auto& s) { return s.thumbnailEmbeddedThresholdMB == 128.0; } },
-        ValueCase { "SpreadModeAsTrue", TLPrefIllustratorSpreadMode, true,
-            [](auto& s) { return s.illustratorSpreadMode == VTSpreadMode::Spreads; } }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-struct BackgroundCase {
-    const char* name;
-    QVariant colorName;
-    QVariant tag;
-    VTBackgroundColor expected;
-};
-
-class Background : public testing::TestWithParam<BackgroundCase> { };
-
-TEST_P(Background, TagWinsOverName)
-{
-    const BackgroundCase& c = GetParam();
-    QVariantMap values;
-    if (c.colorName.isValid())
-        values.insert(imageBackgroundColorName, c.colorName);
-    if (c.tag.isValid())
-        values.insert(imageBackgroundColorTag, c.tag);
-    EXPECT_EQ(VTPreviewSettings::fromDictionary(values).background, c.expected);
+    };
+    for (const auto& c : cases)
+        EXPECT_TRUE(c.holds(VTPreviewSettings::fromDictionary(with(c.key, c.value))))
+            << c.key.toStdString() << " = " << c.value.toString().toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Pairs, Background,
-    testing::Values(
-        BackgroundCase { "DisagreeingPairFollowsTag", "White", qint64(0), VTBackgroundColor::None },
-        BackgroundCase { "TagOutOfRangeFollowsName", "Gray", qint64(7), VTBackgroundColor::Gray },
-        BackgroundCase {
-            "TagAsTextFollowsIt", "White", QStringLiteral("3x"), VTBackgroundColor::Black },
-        BackgroundCase { "OnlyName", "None", QVariant(), VTBackgroundColor::None },
-        BackgroundCase { "UnknownNameAndNoTag", "Purple", QVariant(), VTBackgroundColor::White }),
-    [](const auto& info) { return std::string(info.param.name); });
+// The tag wins over the name where it means a colour.
+TEST(VTPreviewSettings, TheBackgroundTagWinsOverTheName)
+{
+    const struct {
+        QVariant colorName;
+        QVariant tag;
+        VTBackgroundColor expected;
+    } cases[] = {
+        { "White", qint64(0), VTBackgroundColor::None },
+        { "Gray", qint64(7), VTBackgroundColor::Gray },
+        { "White", QStringLiteral("3x"), VTBackgroundColor::Black },
+        { "Purple", QVariant(), VTBackgroundColor::White },
+    };
+    for (const auto& c : cases) {
+        QVariantMap values { { imageBackgroundColorName, c.colorName } };
+        if (c.tag.isValid())
+            values.insert(imageBackgroundColorTag, c.tag);
+        EXPECT_EQ(VTPreviewSettings::fromDictionary(values).background, c.expected)
+            << c.colorName.toString().toStdString() << " " << c.tag.toString().toStdString();
+    }
+}
 
 }

@@ -5,8 +5,9 @@
 #include "PropertyList.h"
 #include "SearchPaths.h"
 #include "TestEnvironment.h"
+#include "VariantKinds.h"
 
-#include <QDir>
+#include <QFile>
 #include <gtest/gtest.h>
 
 namespace {
@@ -34,91 +35,71 @@ TEST(PreferencesStore, PathIsTheApplicationsPreferencesFile)
 
 TEST(PreferencesStore, DefaultsHoldTheSeventeenKeysWithTheirKinds)
 {
-    struct Expected {
-        QString key;
-        QVariant value;
-    };
-    const QList<Expected> table {
-        { "Warn About Double Clicks In Preview", true },
-        { "UseLoupe", true },
-        { "Show Fonts In Preview", true },
-        { "Show Image Links In Preview", true },
-        { "Show Color Swatches In Preview", true },
-        { "Update Frequency", qint64(1) },
-        { "Last Update Check", 0.0 },
-        { "Show WYSIWYG Fonts In Preview", true },
-        { "Illustrator Color Swatch Mode In Preview", qint64(1) },
-        { "Image Background Color Name", QString("White") },
-        { "Image Background Color Tag", qint64(1) },
-        { "Prefer Embedded Preview For Thumbnail File Size Threshold", 128.0f },
-        { "Prefer Embedded Preview For Preview File Size Threshold", 256.0f },
-        { "Maximum Number Of Pages Previewed", qint64(20) },
-        { "Preview Mode", qint64(0) },
-        { "InDesign Spread Mode", qint64(1) },
-        { "Illustrator Spread Mode", qint64(0) },
-    };
-    const QVariantMap defaults = VTDefaults();
-    ASSERT_EQ(defaults.size(), 17);
-    for (const Expected& entry : table) {
-        SCOPED_TRACE(entry.key.toStdString());
-        ASSERT_TRUE(defaults.contains(entry.key));
-        EXPECT_EQ(defaults.value(entry.key), entry.value);
-        EXPECT_EQ(defaults.value(entry.key).typeId(), entry.value.typeId());
-    }
+    EXPECT_TRUE(VariantKinds::same(VTDefaults(),
+        QVariantMap {
+            { "Warn About Double Clicks In Preview", true },
+            { "UseLoupe", true },
+            { "Show Fonts In Preview", true },
+            { "Show Image Links In Preview", true },
+            { "Show Color Swatches In Preview", true },
+            { "Update Frequency", qint64(1) },
+            { "Last Update Check", 0.0 },
+            { "Show WYSIWYG Fonts In Preview", true },
+            { "Illustrator Color Swatch Mode In Preview", qint64(1) },
+            { "Image Background Color Name", QString("White") },
+            { "Image Background Color Tag", qint64(1) },
+            { "Prefer Embedded Preview For Thumbnail File Size Threshold", 128.0f },
+            { "Prefer Embedded Preview For Preview File Size Threshold", 256.0f },
+            { "Maximum Number Of Pages Previewed", qint64(20) },
+            { "Preview Mode", qint64(0) },
+            { "InDesign Spread Mode", qint64(1) },
+            { "Illustrator Spread Mode", qint64(0) },
+        }));
 }
 
-struct MergeCase {
-    const char* name;
-    QVariantMap file;
-    QVariantMap expected;
-};
-
-void PrintTo(const MergeCase& value, std::ostream* out) { *out << value.name; }
-
-class PreferencesMerge : public testing::TestWithParam<MergeCase> { };
-
-TEST_P(PreferencesMerge, CompletesAndPrunes)
+// Each file's settings override the defaults with their own kinds; a file marked version "2.0"
+// loses the marker and the keys the defaults do not know.
+TEST(PreferencesStore, TheFileIsMergedOverTheDefaultsKeepingKinds)
 {
-    if (!GetParam().file.isEmpty())
-        writePreferences(GetParam().file);
-    EXPECT_EQ(VTUserDefaults(), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(Files, PreferencesMerge,
-    testing::Values(MergeCase { "noFile", {}, VTDefaults() },
-        MergeCase { "oneSettingWithoutVersion", { { "Preview Mode", qint64(2) } },
-            defaultsWith({ { "Preview Mode", qint64(2) } }) },
-        MergeCase { "version2PrunesUnknownKeysAndTheMarker",
+    const struct {
+        const char* name;
+        QVariantMap file;
+        QVariantMap expected;
+    } cases[] = {
+        { "noVersionKeepsUnknownKeys", { { "Preview Mode", qint64(2) }, { "Extra", QString("x") } },
+            defaultsWith({ { "Preview Mode", qint64(2) }, { "Extra", QString("x") } }) },
+        { "version2PrunesUnknownKeysAndTheMarker",
             { { "Preferences Version", QString("2.0") }, { "Preview Mode", qint64(2) },
                 { "Extra", QString("x") } },
             defaultsWith({ { "Preview Mode", qint64(2) } }) },
-        MergeCase { "noVersionKeepsUnknownKeys",
-            { { "Preview Mode", qint64(2) }, { "Extra", QString("x") } },
-            defaultsWith({ { "Preview Mode", qint64(2) }, { "Extra", QString("x") } }) },
-        MergeCase { "version21IsNotPruned",
-            { { "Preferences Version", QString("2.1") }, { "Extra", true } },
+        { "version21IsNotPruned", { { "Preferences Version", QString("2.1") }, { "Extra", true } },
             defaultsWith({ { "Preferences Version", QString("2.1") }, { "Extra", true } }) },
-        MergeCase { "version2WithoutPointZeroIsNotPruned",
+        { "version2WithoutPointZeroIsNotPruned",
             { { "Preferences Version", QString("2") }, { "Extra", true } },
             defaultsWith({ { "Preferences Version", QString("2") }, { "Extra", true } }) },
-        MergeCase { "tagAndNameAreCompletedIndependently",
-            { { "Image Background Color Tag", qint64(3) } },
-            defaultsWith({ { "Image Background Color Tag", qint64(3) } }) },
-        MergeCase { "wrongKindsPassThrough",
-            { { "Preferences Version", QString("2.0") }, { "UseLoupe", QString("no") },
-                { "Maximum Number Of Pages Previewed", 2.5 } },
-            defaultsWith(
-                { { "UseLoupe", QString("no") }, { "Maximum Number Of Pages Previewed", 2.5 } }) }),
-    [](const auto& info) { return std::string(info.param.name); });
+        { "wrongKindsPassThrough",
+            { { "Preferences Version", QString("2.0") }, { "UseLoupe", qint64(1) },
+                { "Last Update Check", false },
+                { "Maximum Number Of Pages Previewed", QString("2") } },
+            defaultsWith({ { "UseLoupe", qint64(1) }, { "Last Update Check", false },
+                { "Maximum Number Of Pages Previewed", QString("2") } }) },
+    };
+    EXPECT_TRUE(VariantKinds::same(VTUserDefaults(), VTDefaults())) << "no file";
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        writePreferences(c.file);
+        EXPECT_TRUE(VariantKinds::same(VTUserDefaults(), c.expected));
+    }
+}
 
 TEST(PreferencesStore, AFileThatIsNotADictionaryCountsAsNone)
 {
     TestEnvironment::writeFile(VTPreferencesPath(),
         "<?xml version=\"1.0\"?><plist version=\"1.0\"><array><string>Preview Mode</string>"
         "</array></plist>");
-    EXPECT_EQ(VTUserDefaults(), VTDefaults());
+    EXPECT_TRUE(VariantKinds::same(VTUserDefaults(), VTDefaults()));
     TestEnvironment::writeFile(VTPreferencesPath(), "<plist><dict><key>Preview");
-    EXPECT_EQ(VTUserDefaults(), VTDefaults());
+    EXPECT_TRUE(VariantKinds::same(VTUserDefaults(), VTDefaults()));
 }
 
 TEST(PreferencesStore, AVersionThatIsNotTextAbortsTheRead)
@@ -145,34 +126,18 @@ void installPlugin(const QString& path, const QString& version)
             + version.toUtf8() + "</string></dict></plist>");
 }
 
-TEST(PluginLocation, PathsPerDomain)
-{
-    EXPECT_EQ(VTPluginPathForDomain(NSUserDomainMask), userPlugin());
-    EXPECT_EQ(VTPluginPathForDomain(NSLocalDomainMask), localPlugin());
-}
-
-TEST(PluginLocation, TheUsersCopyWins)
-{
-    installPlugin(userPlugin(), "1");
-    installPlugin(localPlugin(), "2");
-    EXPECT_TRUE(VTPluginInstalled());
-    EXPECT_EQ(VTInstalledPluginPath(), userPlugin());
-}
-
-TEST(PluginLocation, OnlyMachineWide)
+TEST(PluginLocation, TheUsersCopyWinsAndAPlainFileIsNone)
 {
     installPlugin(localPlugin(), "2");
     EXPECT_FALSE(VTPluginInstalledForDomain(NSUserDomainMask));
-    EXPECT_TRUE(VTPluginInstalled());
     EXPECT_EQ(VTInstalledPluginPath(), localPlugin());
-}
-
-TEST(PluginLocation, APlainFileIsNotAnInstalledPlugin)
-{
     TestEnvironment::writeFile(userPlugin(), "not a bundle");
     EXPECT_FALSE(VTPluginInstalledForDomain(NSUserDomainMask));
-    EXPECT_FALSE(VTPluginInstalled());
     EXPECT_EQ(VTInstalledPluginPath(), localPlugin());
+    QFile::remove(userPlugin());
+    installPlugin(userPlugin(), "1");
+    EXPECT_TRUE(VTPluginInstalled());
+    EXPECT_EQ(VTInstalledPluginPath(), userPlugin());
 }
 
 // The dictionaries are cached for the life of the process, so one test covers the whole story.
@@ -195,33 +160,24 @@ TEST(PluginLocation, AFailedLookupIsRetriedAndASuccessfulOneKept)
     EXPECT_EQ(VTPluginInfoDictionary()->value("CFBundleShortVersionString"), QVariant("1.0"));
 }
 
-struct SystemCase {
-    const char* name;
-    const char* version;
-    bool compatible;
-};
-
-void PrintTo(const SystemCase& value, std::ostream* out) { *out << value.name; }
-
-class SystemCompatibility : public testing::TestWithParam<SystemCase> { };
-
 // The version is read once per process, so each case runs in a fresh child process of its own.
-TEST_P(SystemCompatibility, FollowsTheSupportedRange)
+TEST(SystemCompatibility, FollowsTheSupportedRange)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            qputenv("TOLVANE_SYSTEM_VERSION", GetParam().version);
-            std::exit(VTOperatingSystemIsCompatibleCompatible() ? 0 : 1);
-        },
-        testing::ExitedWithCode(GetParam().compatible ? 0 : 1), "");
+    const struct {
+        const char* version;
+        bool compatible;
+    } cases[] = { { "3.9.9", false }, { "3.10.0", true }, { "6.1.0-18-amd64", true } };
+    for (const auto& [version, compatible] : cases) {
+        EXPECT_EXIT(
+            {
+                qputenv("TOLVANE_SYSTEM_VERSION", version);
+                std::exit(VTOperatingSystemIsCompatibleCompatible() ? 0 : 1);
+            },
+            testing::ExitedWithCode(compatible ? 0 : 1), "")
+            << version;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Versions, SystemCompatibility,
-    testing::Values(SystemCase { "below", "3.9.9", false }, SystemCase { "lowest", "3.10.0", true },
-        SystemCase { "current", "6.1.0", true }, SystemCase { "farFuture", "99.0.0", true },
-        SystemCase { "kernelRelease", "6.1.0-18-amd64", true }),
-    [](const auto& info) { return std::string(info.param.name); });
 
 // ---- Document types ----
 
@@ -232,28 +188,16 @@ struct TypeCase {
 
 TEST(DocumentTypes, EachIdentifierBelongsToExactlyItsKind)
 {
+    // One identifier per kind (the lists themselves are the code's), and near misses.
     const QList<TypeCase> table {
-        { "com.adobe.illustrator.ai-image", 0 },
-        { "com.adobe.illustrator.ait-template", 0 },
         { "dyn.ah62d4rv4ge80c4py", 0 },
-        { "com.adobe.indesign-document", 1 },
-        { "com.adobe.indesign.indd-document", 1 },
-        { "dyn.ah62d4rv4gk8yw5wequ", 1 },
-        { "dyn.ah62d4rv4ge80w5xequ", 1 },
-        { "dyn.ah62d4rv4ge8xa", 1 },
-        { "com.adobe.indesign-template", 1 },
         { "com.adobe.indesign.indt-template", 1 },
-        { "dyn.ah62d4rv4ge80w5xesu", 1 },
         { "com.adobe.indesign-interchange", 2 },
-        { "com.adobe.indesign.inx-interchange", 2 },
         { "com.adobe.encapsulated-postscript", 3 },
         { "com.macromedia.freehand.fh11-image", 4 },
         { "com.adobe.ase-file", 5 },
-        { "dyn.ah62d4rv4ge80c65f", 5 },
         { "COM.ADOBE.ASE-FILE", -1 },
         { "com.adobe.ase-file ", -1 },
-        { "com.adobe.pdf", -1 },
-        { "public.data", -1 },
         { "com.adobe.postscript", -1 },
         { "", -1 },
     };

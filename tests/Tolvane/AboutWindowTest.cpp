@@ -25,8 +25,7 @@ struct ModalRun {
     bool guardFired = false;
 };
 
-ModalRun runModally(QXAboutWindowController& controller, const std::function<void()>& action,
-    int guardMilliseconds = 5000)
+ModalRun runModally(QXAboutWindowController& controller, const std::function<void()>& action)
 {
     ModalRun run;
     QTimer guard;
@@ -39,7 +38,7 @@ ModalRun runModally(QXAboutWindowController& controller, const std::function<voi
         action();
         run.actionRan = true;
         run.visibleAfterAction = controller.window()->isVisible();
-        guard.start(guardMilliseconds);
+        guard.start(5000);
     });
     controller.showWindow();
     return run;
@@ -90,7 +89,6 @@ TEST(AboutWindowTest, APressClosesTheWindowAtOnceAndEndsTheModalRun)
         QPoint at;
     } cases[] = {
         { "a corner of the picture", controller.backgroundView(), QPoint(3, 3) },
-        { "the middle of the picture", controller.backgroundView(), QPoint(240, 150) },
         { "the version label", controller.versionLabel(), QPoint(2, 2) },
     };
     // One controller, one modal run per showing.
@@ -107,31 +105,19 @@ TEST(AboutWindowTest, APressClosesTheWindowAtOnceAndEndsTheModalRun)
     }
 }
 
-TEST(AboutWindowTest, EscapeClosesTheWindow)
+TEST(AboutWindowTest, EscapeClosesTheWindowAndOtherKeysDoNot)
 {
     QXAboutWindowController controller;
     const ModalRun run = runModally(controller, [&] {
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
+        QApplication::sendEvent(controller.window(), &key);
+        EXPECT_TRUE(controller.window()->isVisible());
         QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
         QApplication::sendEvent(controller.window(), &escape);
     });
     EXPECT_TRUE(run.actionRan);
     EXPECT_FALSE(run.visibleAfterAction);
     EXPECT_FALSE(run.guardFired);
-}
-
-TEST(AboutWindowTest, OtherKeysLeaveTheWindowUp)
-{
-    QXAboutWindowController controller;
-    const ModalRun run = runModally(
-        controller,
-        [&] {
-            QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
-            QApplication::sendEvent(controller.window(), &key);
-        },
-        300);
-    EXPECT_TRUE(run.actionRan);
-    EXPECT_TRUE(run.visibleAfterAction);
-    EXPECT_TRUE(run.guardFired);
 }
 
 TEST(AboutWindowTest, WithoutAPictureOnlyTheLabelShows)

@@ -4,6 +4,7 @@
 #include "TestEnvironment.h"
 #include "UserDefaults.h"
 
+#include <QSysInfo>
 #include <gtest/gtest.h>
 
 namespace {
@@ -33,7 +34,10 @@ TEST(FeedParameters, DescribeTheApplicationSystemAndProcessor)
         { "appver", "2.5" },
         { "osver", "10.13.0" },
         { "arch", "Intel" },
-        { "archbits", "64" },
+        // What the processor can run, not what this program was built for.
+        { "archbits",
+            QSysInfo::currentCpuArchitecture().contains("64") || QSysInfo::WordSize == 64 ? "64"
+                                                                                          : "32" },
         { "lang", "de-DE" },
         { "profile", "false" },
     };
@@ -41,10 +45,13 @@ TEST(FeedParameters, DescribeTheApplicationSystemAndProcessor)
     EXPECT_EQ(parameters(true).value("profile"), "true");
 }
 
+// The standard defaults take the desktop's languages when first used, so this sets them first
+// (every test runs in a process of its own).
 TEST(FeedParameters, LanguageComesFromTheDesktopWhenNotSet)
 {
+    qputenv("LANGUAGE", "fr_CA:de_DE");
     UserDefaults::standardUserDefaults().removeObjectForKey("AppleLanguages");
-    EXPECT_FALSE(parameters(false).value("lang").isEmpty());
+    EXPECT_EQ(parameters(false).value("lang"), "fr-CA");
 }
 
 TEST(FeedParameters, AnEmptyLanguageListAbortsTheCall)

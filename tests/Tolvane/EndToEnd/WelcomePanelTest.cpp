@@ -17,6 +17,7 @@
 #include <QNetworkReply>
 #include <QProcess>
 #include <QRect>
+#include <QSysInfo>
 #include <QUrlQuery>
 #include <gtest/gtest.h>
 
@@ -258,8 +259,13 @@ TEST_F(WelcomePanel, ShowsFirstThenAutoThenFirstAgainForANewVersion)
                                 .toString();
     EXPECT_EQ(formFields(posts()[0].body),
         (QMap<QString, QString> { { "app", "Tolvane" }, { "appid", "TLV" }, { "appver", version },
-            { "arch", "Intel" }, { "archbits", "64" }, { "lang", "fr-CA" }, { "x", "1" },
-            { "osver", "10.13.0" }, { "show", "first" }, { "type", "RA" } }))
+            { "arch", "Intel" },
+            { "archbits",
+                QSysInfo::currentCpuArchitecture().contains("64") || QSysInfo::WordSize == 64
+                    ? "64"
+                    : "32" },
+            { "lang", "fr-CA" }, { "x", "1" }, { "osver", "10.13.0" }, { "show", "first" },
+            { "type", "RA" } }))
         << posts()[0].body.toStdString();
     EXPECT_TRUE(panelShown());
     quitOnceStored([](const QVariantMap& stored) {
@@ -279,16 +285,6 @@ TEST_F(WelcomePanel, ShowsFirstThenAutoThenFirstAgainForANewVersion)
         return stored.value("Show At Startup Entries")
             == QVariantMap { { "1", true }, { "2", true } };
     });
-}
-
-TEST_F(WelcomePanel, AFalseEntryShowsNothingAtStartup)
-{
-    ASSERT_TRUE(PropertyList::writeXmlAtomically(
-        QVariantMap { { "Show At Startup Entries", QVariantMap { { "1", false } } } },
-        preferencesPath()));
-    launch();
-    EXPECT_FALSE(panelShown());
-    EXPECT_TRUE(server.requests().isEmpty());
 }
 
 TEST_F(WelcomePanel, AnUnreachableTestHostShowsNothingAndStoresNothing)
