@@ -2,7 +2,7 @@
 #include "PropertyList.h"
 
 #include "TestEnvironment.h"
-#include "TypedVariants.h"
+#include "VariantKinds.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -41,7 +41,7 @@ TEST(PropertyList, XmlRoundTripKeepsEveryKind)
     const QVariantMap map = back->toMap();
     ASSERT_EQ(map.keys(), original.keys());
     for (const QString& key : original.keys())
-        EXPECT_TRUE(sameTypedValue(map.value(key), original.value(key))) << key.toStdString();
+        EXPECT_TRUE(VariantKinds::same(map.value(key), original.value(key))) << key.toStdString();
 }
 
 TEST(PropertyList, FloatAndIntegerKindsAreWrittenAsRealAndInteger)

@@ -3,7 +3,7 @@
 
 #include "PropertyList.h"
 #include "TestEnvironment.h"
-#include "TypedVariants.h"
+#include "VariantKinds.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -123,7 +123,7 @@ TEST(UserDefaults, SynchronizeTakesInOtherWritersButKeepsOwnChanges)
     EXPECT_EQ(defaults.integerForKey("theirs"), 3);
     EXPECT_EQ(defaults.integerForKey("new"), 4);
     EXPECT_FALSE(defaults.objectForKey("gone").isValid());
-    EXPECT_TRUE(sameTypedValue(fileContents(),
+    EXPECT_TRUE(VariantKinds::same(fileContents(),
         QVariantMap { { "mine", qint64(2) }, { "theirs", qint64(3) }, { "new", qint64(4) } }));
 }
 
@@ -136,7 +136,7 @@ TEST(UserDefaults, ADamagedFileIsMovedAsideAndTheValuesAlreadyReadAreKept)
     testing::internal::CaptureStderr();
     ASSERT_TRUE(defaults.synchronize());
     const QString log = QString::fromStdString(testing::internal::GetCapturedStderr());
-    EXPECT_TRUE(sameTypedValue(fileContents(),
+    EXPECT_TRUE(VariantKinds::same(fileContents(),
         QVariantMap { { "a", qint64(1) }, { "b", QString("text") }, { "c", qint64(2) } }));
 
     const QDir folder = QFileInfo(defaults.path()).dir();
