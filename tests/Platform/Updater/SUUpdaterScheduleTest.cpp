@@ -34,7 +34,7 @@ TEST_F(LastCheckTime, IsWrittenAsADateAfterEveryCheck)
 
     // A failed check counts as a check too.
     defaults->setObject(QDateTime::currentDateTimeUtc().addDays(-3), "SULastCheckTime");
-    server.respond({ 500 });
+    server.respond({ 500, {} });
     ASSERT_TRUE(check(false));
     EXPECT_GE(updater->lastUpdateCheckDate(), before);
 }
