@@ -2,7 +2,7 @@
 #include "AppleEventManager.h"
 #include "Bundle.h"
 #include "FakeDesktop.h"
-#include "FeedServer.h"
+#include "HttpTestServer.h"
 #include "PropertyList.h"
 #include "SUUpdater.h"
 #include "TLAppDelegate.h"
@@ -241,7 +241,7 @@ INSTANTIATE_TEST_SUITE_P(Launches, FinishLaunching,
 
 // The application as it runs: a server stands in for the feed, automatic checks are on and the
 // last check is long past, so that a schedule that ran would ask at once.
-void prepareRun(FeedServer& server, const QVariant& lastCheck)
+void prepareRun(HttpTestServer& server, const QVariant& lastCheck)
 {
     suppressMoveOffer();
     UserDefaults& defaults = UserDefaults::standardUserDefaults();
@@ -266,7 +266,7 @@ TEST(BlockedInstance, HandlesNoForwardedFileAndRequestsNoFeed)
     EXPECT_EXIT(
         {
             qputenv("TOLVANE_SYSTEM_VERSION", "3.9.0");
-            FeedServer server;
+            HttpTestServer server;
             prepareRun(server, QDateTime::currentDateTimeUtc().addDays(-2));
             const QString document = TestEnvironment::home() + "/Poster.eps";
             TestEnvironment::writeFile(document, "%!PS-Adobe-3.0 EPSF-3.0\n");
@@ -286,7 +286,7 @@ TEST(BlockedInstance, HandlesNoForwardedFileAndRequestsNoFeed)
                 // Long enough for a zero-delay timer and the forwarded request to be handled.
                 TestEnvironment::waitUntil([] { return false; }, 500);
                 std::fprintf(stderr, "forwarded %d windows %d requests %d\n", later.exitCode() == 0,
-                    visibleWindowsBesides(box), int(server.requestLines().size()));
+                    visibleWindowsBesides(box), int(server.requests().size()));
                 for (QAbstractButton* button : box->buttons()) {
                     if (button->text() == "Cancel")
                         button->click();
@@ -307,13 +307,13 @@ TEST(LaunchedInstance, ChecksOnScheduleAfterLaunchingWithTheDelegatesParameters)
         {
             // Past the launch-time check's bound: what comes is the schedule's.
             qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
-            FeedServer server;
+            HttpTestServer server;
             prepareRun(server, QDateTime::currentDateTimeUtc().addDays(-2));
             QTimer poll;
             QObject::connect(&poll, &QTimer::timeout, [&] {
-                if (server.requestLines().isEmpty())
+                if (server.requests().isEmpty())
                     return;
-                std::fprintf(stderr, "request %s\n", server.requestLines()[0].constData());
+                std::fprintf(stderr, "request %s\n", server.requests()[0].requestLine.constData());
                 std::_Exit(0);
             });
             poll.start(20);
@@ -330,7 +330,7 @@ TEST(LaunchedInstance, AFirstStartRecordsTheTimeAndChecksOneIntervalLater)
     EXPECT_EXIT(
         {
             qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
-            FeedServer server;
+            HttpTestServer server;
             prepareRun(server, QVariant());
             const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
             QTimer::singleShot(500, [&] {
@@ -338,7 +338,7 @@ TEST(LaunchedInstance, AFirstStartRecordsTheTimeAndChecksOneIntervalLater)
                 std::fprintf(stderr, "recorded %d interval %lld requests %d\n",
                     updater->lastUpdateCheckDate() >= before,
                     updater->lastUpdateCheckDate().secsTo(updater->nextUpdateCheckDate()),
-                    int(server.requestLines().size()));
+                    int(server.requests().size()));
                 std::_Exit(0);
             });
             TLApplication application(*qApp);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The application menu's actions that the launch and the URL commands do not reach.
 #include "FakeDesktop.h"
-#include "FeedServer.h"
+#include "HttpTestServer.h"
 #include "SUUpdater.h"
 #include "TLAppDelegate.h"
 #include "TestEnvironment.h"
@@ -15,8 +15,8 @@ namespace {
 
 TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParameters)
 {
-    FeedServer server;
-    server.answer(404, {});
+    HttpTestServer server;
+    server.respond({ 404, {} });
     SUUpdater* updater = SUUpdater::sharedUpdater();
     updater->setFeedURL(server.url("/appcast.xml"));
     bool finished = false;
@@ -29,8 +29,9 @@ TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParameters)
         ASSERT_TRUE(TestEnvironment::waitUntil([&] { return finished; }, 60000));
         updater->setDelegate(nullptr);
     }
-    ASSERT_EQ(server.requestLines().size(), 1);
-    EXPECT_TRUE(server.requestLines()[0].contains("type=RA")) << server.requestLines()[0].data();
+    ASSERT_EQ(server.requests().size(), 1);
+    EXPECT_TRUE(server.requests()[0].requestLine.contains("type=RA"))
+        << server.requests()[0].requestLine.data();
 }
 
 TEST(MenuActions, FeedbackAndSupportOpensTheSupportPage)

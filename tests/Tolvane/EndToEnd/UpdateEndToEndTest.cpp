@@ -2,7 +2,7 @@
 // The real Tolvane.app updating itself under the test's X server and session bus: a copy of the
 // built bundle in a temporary Applications folder, a feed and signed archives on a server on
 // 127.0.0.1, keys made by tolvane-release, and the user's "Install Update" given with the keyboard.
-#include "FeedServer.h"
+#include "HttpTestServer.h"
 #include "PropertyList.h"
 #include "TestEnvironment.h"
 #include "UserDefaults.h"
@@ -125,8 +125,8 @@ public:
         const QString attributes = run(TOLVANE_RELEASE_TOOL,
             { "sign", "--private-key",
                 privateKey.isEmpty() ? TestEnvironment::home() + "/key" : privateKey, path });
-        server.answerPath("/Tolvane-2.0.tar.gz", 200, archive);
-        server.answer(200,
+        server.respondTo("/Tolvane-2.0.tar.gz", { 200, archive, "application/octet-stream" });
+        server.respond({ 200,
             QStringLiteral("<?xml version=\"1.0\"?>\n<rss version=\"2.0\" "
                            "xmlns:sparkle=\"http://www.andymatuschak.org/xml-namespaces/sparkle\">"
                            "<channel><item><title>Version 2.0</title>"
@@ -135,7 +135,8 @@ public:
                            "<enclosure url=\"%1\" type=\"application/gzip\" %2/>"
                            "</item></channel></rss>\n")
                 .arg(server.url("/Tolvane-2.0.tar.gz").toString(), attributes)
-                .toUtf8());
+                .toUtf8(),
+            "application/rss+xml; charset=utf-8" });
     }
 
     void start()
@@ -205,7 +206,7 @@ public:
         return found;
     }
 
-    FeedServer server;
+    HttpTestServer server;
     QString publicKey;
     QString applications;
     QString bundle;
@@ -233,9 +234,9 @@ TEST_F(UpdateEndToEnd, InstallUpdateReplacesTheBundleAndTheNewCopyTakesOver)
         QFileInfo(bundle + "/Contents/Linux/Tolvane").canonicalFilePath());
     EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(", ").toStdString();
     // The schedule's request carried the delegate's parameters.
-    ASSERT_FALSE(server.requestLines().isEmpty());
-    EXPECT_TRUE(server.requestLines()[0].contains("appid=TLV"));
-    EXPECT_TRUE(server.requestLines()[0].contains("type=RA"));
+    ASSERT_FALSE(server.requests().isEmpty());
+    EXPECT_TRUE(server.requests()[0].requestLine.contains("appid=TLV"));
+    EXPECT_TRUE(server.requests()[0].requestLine.contains("type=RA"));
 }
 
 struct FailureCase {
@@ -306,7 +307,7 @@ TEST_F(UpdateEndToEnd, ASwapThatFailsAtQuitKeepsTheOldCopyWorking)
     EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(", ").toStdString();
 
     // And it starts again as before.
-    server.answer(404, "no feed today");
+    server.respond({ 404, "no feed today" });
     start();
     EXPECT_EQ(bundleVersion(bundle), "100");
 }
