@@ -15,5 +15,11 @@ if [ -n "${DISPLAY:-}" ]; then
     exec "$app" "$sample"
 fi
 
-exec xvfb-run --auto-servernum --server-args="-screen 0 1280x1024x24" \
+# A desktop session has a runtime folder; a bare headless shell often has none.
+if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
+    XDG_RUNTIME_DIR=$(mktemp -d)
+    export XDG_RUNTIME_DIR
+    trap 'rm -rf "$XDG_RUNTIME_DIR"' EXIT
+fi
+xvfb-run --auto-servernum --server-args="-screen 0 1280x1024x24" \
     dbus-run-session -- "$root/scripts/show-headless.sh" "$build" "$sample"
