@@ -64,15 +64,16 @@ trap 'exit 130' INT TERM
 
 rebuild() { cmake --build "$build" -j "$jobs" >>"$1" 2>&1; }
 
-# Runs the tests (all, or those the extra arguments pick), stopping at the first failure.
+# Runs the tests (all, or those the extra arguments pick), stopping at the first failure. A test
+# that fails is run once more: only one that fails twice counts, so a flaky test kills nothing.
 # Returns 0 when all pass; 1 when a test fails, printing its name; 2 when no test could be named.
 run_tests() {
     local log=$1
     shift
-    ctest --test-dir "$build" -j "$jobs" --stop-on-failure --timeout 900 --no-tests=error \
-        --output-on-failure "$@" >>"$log" 2>&1 && return 0
-    grep -m1 -E '^ *[0-9]+/[0-9]+ Test +#[0-9]+: [^ ]+ .*\*\*\*' "$log" |
-        sed -E 's/.*Test +#[0-9]+: ([^ ]+).*/\1/' | grep . || return 2
+    ctest --test-dir "$build" -j "$jobs" --stop-on-failure --repeat until-pass:2 --timeout 900 \
+        --no-tests=error --output-on-failure "$@" >>"$log" 2>&1 && return 0
+    sed -n '/^The following tests FAILED:/,$p' "$log" |
+        sed -En 's/^\s+[0-9]+ - ([^ ]+).*/\1/p' | head -1 | grep . || return 2
     return 1
 }
 
