@@ -62,7 +62,12 @@ restore() {
 trap 'restore; rm -f "$saved"' EXIT
 trap 'exit 130' INT TERM
 
-rebuild() { cmake --build "$build" -j "$jobs" >>"$1" 2>&1; }
+# Builds everything, or the targets the extra arguments name.
+rebuild() {
+    local log=$1
+    shift
+    cmake --build "$build" -j "$jobs" "$@" >>"$log" 2>&1
+}
 
 # Runs the tests (all, or those the extra arguments pick), stopping at the first failure. A test
 # that fails is run once more: only one that fails twice counts, so a flaky test kills nothing.
@@ -77,14 +82,30 @@ run_tests() {
     return 1
 }
 
-# The tests named in the list's last field run first: they fail soonest when the mutation is
-# caught. The whole suite runs when they pass.
-first_failure() {
-    local log=$1 hint=$2 status=0
+# The programs (and so the build targets) that run the tests a pattern picks. Each test program
+# names the programs it starts as its dependencies, so building these alone is consistent.
+test_programs() {
+    ctest --test-dir "$build" -R "$1" --show-only=json-v1 | python3 -c '
+import json, os, sys
+build = sys.argv[1] + "/"
+print(" ".join(sorted({os.path.basename(argument) for test in json.load(sys.stdin)["tests"]
+    for argument in test.get("command", []) if argument.startswith(build)})))' "$build"
+}
+
+# Builds and tests the mutated code. The tests named in the list's last field go first, with only
+# their programs built: they fail soonest when the mutation is caught. Everything is built and
+# the whole suite runs when they pass. Prints the first failing test; returns 0 when every test
+# passes, 1 when one fails, 2 when the tests did not run, 3 when the code does not compile.
+judge() {
+    local log=$1 hint=$2 status=0 targets
     if [[ -n $hint ]]; then
+        targets=$(test_programs "$hint") && [[ -n $targets ]] || return 2
+        # shellcheck disable=SC2086 # one argument per target
+        rebuild "$log" --target $targets || return 3
         run_tests "$log" -R "$hint" || status=$?
         ((status == 0)) || return $status
     fi
+    rebuild "$log" || return 3
     run_tests "$log"
 }
 
@@ -156,16 +177,13 @@ while IFS= read -r -u 3 line || [[ -n $line ]]; do
             mutated=$path
             printf '%s' "${contents/"$exact"/"$replacement"}" >"$path"
             status=0
-            if ! rebuild "$log"; then
-                result=not-compiled
-            else
-                detail=$(first_failure "$log" "$hint") || status=$?
-                case $status in
-                0) result=survived ;;
-                1) result=killed ;;
-                *) detail="the tests did not run: see $log" ;;
-                esac
-            fi
+            detail=$(judge "$log" "$hint") || status=$?
+            case $status in
+            0) result=survived ;;
+            1) result=killed ;;
+            3) result=not-compiled ;;
+            *) detail="the tests did not run: see $log" ;;
+            esac
             restore
         fi
     fi
