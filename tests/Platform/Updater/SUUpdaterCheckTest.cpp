@@ -107,7 +107,8 @@ TEST_F(FeedOutcome, ServerThatNeverAnswersEndsAtTheTimeLimit)
     ASSERT_TRUE(server.waitForRequestsHoldingTimers(1));
     ASSERT_TRUE(TestEnvironment::waitUntil([&] { return finishedChecks == 1; }, 10000))
         << "the check hangs";
-    EXPECT_GE(clock.elapsed(), 300);
+    // Qt's coarse timers may fire up to 5% early.
+    EXPECT_GE(clock.elapsed(), 285);
     EXPECT_EQ(driver.calls, QStringList { "error" });
     ASSERT_TRUE(driver.error);
     EXPECT_EQ(driver.error->kind, SUUpdaterError::TimedOut);

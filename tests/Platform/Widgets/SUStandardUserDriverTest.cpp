@@ -96,6 +96,22 @@ TEST_F(UserDriverTest, UpdateFoundShowsVersionsAndNotes)
     EXPECT_EQ(alert->remindLaterButton()->text(), QStringLiteral("Remind Me Later"));
 }
 
+// Release notes come from the feed: of their links only web pages reach the desktop's opener.
+TEST_F(UserDriverTest, ReleaseNoteLinksOpenOnlyWebPages)
+{
+    m_driver.showUpdateFound(
+        update(QStringLiteral("<a href=\"https://tolvane.example/n\">n</a>")), recordChoice());
+    auto* notes = m_driver.window()->findChild<QTextBrowser*>(QStringLiteral("releaseNotes"));
+    ASSERT_NE(notes, nullptr);
+    for (const char* link :
+        { "file:///etc/passwd", "tolvane://settings/about", "https://tolvane.example/n" })
+        emit notes->anchorClicked(QUrl(QString::fromLatin1(link)));
+    ASSERT_TRUE(
+        TestEnvironment::waitUntil([&] { return !m_opener.recordedArguments().isEmpty(); }, 30000));
+    EXPECT_EQ(
+        m_opener.recordedArguments(), QStringList { QStringLiteral("https://tolvane.example/n") });
+}
+
 TEST_F(UserDriverTest, PlainNotesStayPlainAndANotesPageIsALink)
 {
     m_driver.showUpdateFound(update(QStringLiteral("a < b & c")), recordChoice());

@@ -129,6 +129,17 @@ TEST(DefaultsTool, AWriteThatDidNotReachTheFileSaysSoInOneLine)
     }
 }
 
+// The user's settings in a file the tool cannot read are theirs: a write refuses and keeps it.
+TEST(DefaultsTool, AWriteLeavesAnUnreadableFileAsItIs)
+{
+    const QString path = UserDefaults::pathForDomain(domain);
+    TestEnvironment::writeFile(path, "<plist><dict><key>UseLoupe</key>");
+    const Result result = run({ "write", domain, "Key", "-int", "1" });
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.err.count('\n'), 1) << result.err.toStdString();
+    EXPECT_EQ(TestEnvironment::readFile(path), "<plist><dict><key>UseLoupe</key>");
+}
+
 TEST(DefaultsTool, ReadShowsControlCharactersAsEscapes)
 {
     ASSERT_EQ(run({ "write", domain, "Name\x1b]0;", "-string", "a\x1b[31mb\r\tc\x7f" }).status, 0);
