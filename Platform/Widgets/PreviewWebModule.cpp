@@ -78,15 +78,19 @@ namespace {
         return instance;
     }
 
-    // The web engine reads these when it starts. Its sandbox cannot run as root, and a screen
-    // without OpenGL needs the software path.
+    // The web engine reads these when it starts. Its sandbox cannot run as root, a screen
+    // without OpenGL needs the software path, and its own log lines (a GPU channel that failed
+    // once and was made again, on a loaded machine) are not for the user's terminal.
     void prepareEnvironment()
     {
         if (geteuid() == 0 && !qEnvironmentVariableIsSet("QTWEBENGINE_DISABLE_SANDBOX"))
             qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
-        if (qEnvironmentVariable("QT_QPA_PLATFORM") == QLatin1String("offscreen")
-            && !qEnvironmentVariableIsSet("QTWEBENGINE_CHROMIUM_FLAGS"))
-            qputenv("QTWEBENGINE_CHROMIUM_FLAGS", "--disable-gpu");
+        if (qEnvironmentVariableIsSet("QTWEBENGINE_CHROMIUM_FLAGS"))
+            return;
+        QByteArray flags = "--log-level=3";
+        if (qEnvironmentVariable("QT_QPA_PLATFORM") == QLatin1String("offscreen"))
+            flags += " --disable-gpu";
+        qputenv("QTWEBENGINE_CHROMIUM_FLAGS", flags);
     }
 
 }
