@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Applies each mutation of scripts/mutations.txt alone, rebuilds, runs the tests, and reports
-# which mutations the suite kills. Not part of the test command: a full run takes one to two hours on two cores.
+# which mutations the suite kills. Not part of the test command: a full run takes one to two
+# hours on two cores.
 #
 #   scripts/mutation-check.sh [--only N,M,...|--only REGEX] [--skip-baseline] [BUILD-DIR]
 #
@@ -24,7 +25,7 @@ while (($#)); do
     case $1 in
     --only) only=${2:?--only needs numbers or a pattern}; shift 2 ;;
     --skip-baseline) baseline=0; shift ;;
-    -h | --help) sed -n '3,12p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
+    -h | --help) sed -n '3,13p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
     -*) echo "unknown option $1" >&2; exit 2 ;;
     *) build=$1; shift ;;
     esac
