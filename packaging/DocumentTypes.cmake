@@ -1,13 +1,13 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The one table of the kinds of documents Tolvane opens and its generator previews. From it the
 # build writes the type declarations of both Info.plists, the MIME types that Linux does not know
-# (tolvane-mime.xml) and the thumbnailer entry. The identifier lists of the type tests in
-# Shared/VistrelUtilities are the specification's own and stay as they are there; PackagingTest
-# checks that this table covers them.
+# (tolvane-mime.xml) and the thumbnailer entry. The type tests in Shared/VistrelUtilities keep
+# their own identifier lists, which older files and other applications still write; PackagingTest
+# checks that every identifier of this table passes one of them.
 #
 # One row per MIME type:
 #   identifier | description | extensions | MIME type | conforms to | MIME parent | icon | magic
-#   | further identifiers the generator draws (the specification's dynamic and older ones)
+#   | further identifiers the generator draws (dynamic and older ones)
 # A MIME type whose magic is "system" comes with shared-mime-info and is not declared again;
 # otherwise magic names packaging/magic/<name>.xml, or is empty for a type known by name alone.
 # Rows of one identifier form one document type, with the extensions of all of them.
