@@ -15,14 +15,12 @@ namespace {
 Formats::ParseResult<PreviewContent> previewed(
     const QString& path, const VTPreviewSettings& settings = {})
 {
-    return previewerForKind(Formats::FileKind::InDesign)->preview(path, settings);
+    return previewAs(Formats::FileKind::InDesign, path, settings);
 }
 
 PreviewContent contentOf(const QString& path, const VTPreviewSettings& settings = {})
 {
-    auto result = previewed(path, settings);
-    EXPECT_TRUE(result.ok()) << result.reason().toStdString();
-    return result.ok() ? std::move(result).value() : PreviewContent();
+    return contentAs(Formats::FileKind::InDesign, path, settings);
 }
 
 // The metadata of the IDML sample, whose two page thumbnails an InDesign document carries the

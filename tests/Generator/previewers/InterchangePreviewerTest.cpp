@@ -18,14 +18,12 @@ namespace {
 Formats::ParseResult<PreviewContent> previewed(
     const QString& path, const VTPreviewSettings& settings = {})
 {
-    return previewerForKind(Formats::FileKind::Idml)->preview(path, settings);
+    return previewAs(Formats::FileKind::Idml, path, settings);
 }
 
 PreviewContent contentOf(const QString& path, const VTPreviewSettings& settings = {})
 {
-    auto result = previewed(path, settings);
-    EXPECT_TRUE(result.ok()) << result.reason().toStdString();
-    return result.ok() ? std::move(result).value() : PreviewContent();
+    return contentAs(Formats::FileKind::Idml, path, settings);
 }
 
 QString fontText(const PreviewFont& font)

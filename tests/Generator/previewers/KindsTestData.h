@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "PreviewerTable.h"
 #include "TestEnvironment.h"
 #include "VTPreviewSettings.h"
 
@@ -26,6 +27,22 @@ inline QString fileWith(const QString& name, const QByteArray& bytes)
     const QString path = TestEnvironment::home() + u'/' + name;
     TestEnvironment::writeFile(path, bytes);
     return path;
+}
+
+// The file previewed as a document of that kind, through the previewer table.
+inline Formats::ParseResult<Preview::PreviewContent> previewAs(
+    Formats::FileKind kind, const QString& path, const VTPreviewSettings& settings = {})
+{
+    return Preview::previewerForKind(kind)->preview(path, settings);
+}
+
+// The same, for a file that must preview.
+inline Preview::PreviewContent contentAs(
+    Formats::FileKind kind, const QString& path, const VTPreviewSettings& settings = {})
+{
+    auto result = previewAs(kind, path, settings);
+    EXPECT_TRUE(result.ok()) << result.reason().toStdString();
+    return result.ok() ? std::move(result).value() : Preview::PreviewContent();
 }
 
 inline VTPreviewSettings withPageLimit(int pages)
