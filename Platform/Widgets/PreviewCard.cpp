@@ -4,12 +4,13 @@
 #include "Localization.h"
 #include "UniformTypeIdentifiers.h"
 
-#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QMimeDatabase>
+#include <QPainter>
+#include <QPainterPath>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -17,12 +18,35 @@ namespace {
 
 constexpr int iconSize = 128;
 
-QIcon iconFor(const PreviewCardFacts& facts)
+// A sheet with a folded corner, for desktops whose icon theme knows neither the file's type nor
+// its generic kind. Drawn rather than read: reading the style's picture would load every image
+// plugin of the system for one icon.
+QPixmap drawnDocumentIcon(const QPalette& palette, qreal pixelRatio)
 {
-    QIcon icon = QIcon::fromTheme(facts.iconName, QIcon::fromTheme(facts.genericIconName));
-    if (icon.isNull())
-        icon = QFileIconProvider().icon(QFileInfo(facts.path));
-    return icon;
+    QPixmap pixmap(QSize(iconSize, iconSize) * pixelRatio);
+    pixmap.setDevicePixelRatio(pixelRatio);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const qreal left = iconSize * 0.2, right = iconSize * 0.8, top = iconSize * 0.08;
+    const qreal bottom = iconSize * 0.92, fold = iconSize * 0.18;
+    QPainterPath sheet;
+    sheet.moveTo(left, top);
+    sheet.lineTo(right - fold, top);
+    sheet.lineTo(right, top + fold);
+    sheet.lineTo(right, bottom);
+    sheet.lineTo(left, bottom);
+    sheet.closeSubpath();
+    QPainterPath corner;
+    corner.moveTo(right - fold, top);
+    corner.lineTo(right - fold, top + fold);
+    corner.lineTo(right, top + fold);
+    painter.setPen(QPen(palette.color(QPalette::Mid), 2));
+    painter.setBrush(palette.color(QPalette::Base));
+    painter.drawPath(sheet);
+    painter.setBrush(palette.color(QPalette::Midlight));
+    painter.drawPath(corner);
+    return pixmap;
 }
 
 QLabel* selectableLabel(const QString& text)
@@ -81,6 +105,7 @@ PreviewCard::PreviewCard(const PreviewCardFacts& facts, const QString& reason, Q
 
     auto* form = new QFormLayout;
     form->setFormAlignment(Qt::AlignHCenter);
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     auto addRow = [form](const char* objectName, const QString& title, const QString& value) {
         if (value.isEmpty())
             return;
@@ -113,4 +138,10 @@ void PreviewCard::paintEvent(QPaintEvent* event)
     }
 }
 
-void PreviewCard::showIcon() { m_icon->setPixmap(iconFor(m_facts).pixmap(iconSize, iconSize)); }
+void PreviewCard::showIcon()
+{
+    const QIcon icon
+        = QIcon::fromTheme(m_facts.iconName, QIcon::fromTheme(m_facts.genericIconName));
+    m_icon->setPixmap(icon.isNull() ? drawnDocumentIcon(palette(), devicePixelRatioF())
+                                    : icon.pixmap(iconSize, iconSize));
+}
