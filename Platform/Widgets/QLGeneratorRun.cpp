@@ -62,8 +62,6 @@ QLGeneratorRun::QLGeneratorRun(const QString& executable, const QString& file,
             setrlimit(RLIMIT_AS, &limit);
         }
     });
-    connect(
-        &m_process, &QProcess::started, this, [this] { m_processGroup = m_process.processId(); });
     connect(&m_process, &QProcess::finished, this, &QLGeneratorRun::processFinished);
     connect(&m_process, &QProcess::errorOccurred, this, &QLGeneratorRun::processError);
     connect(
@@ -91,6 +89,9 @@ void QLGeneratorRun::start()
 {
     m_timer.start(m_limits.time);
     m_process.start();
+    // Known from the fork on, not from the started() signal: a run ended before the event loop
+    // delivers that signal must still take the generator's own children with it.
+    m_processGroup = m_process.processId();
 }
 
 void QLGeneratorRun::killProcessGroup()
