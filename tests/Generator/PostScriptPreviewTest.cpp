@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// EPS previews of files made here: comments become panels, the embedded preview takes over past
-// the size threshold, and Ghostscript runs in its safe mode.
-#include "EmbeddedPreviews.h"
+// EPS previews of files made here: comments become panels, the embedded preview takes over when
+// the PostScript does not draw, and Ghostscript runs in its safe mode.
 #include "GeneratorProcess.h"
-#include "PropertyList.h"
 #include "TestEnvironment.h"
-#include "VistrelUtilities.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A real FreeHand 1 drawing (tests/data/kinds/freehand1.fh), the refusals, and the SVG half of the
-// drawing.
+// A real FreeHand 1 drawing (tests/data/kinds/freehand1.fh).
 #include "KindsTestData.h"
 #include "PreviewerTable.h"
-#include "SvgPages.h"
 
 #include <gtest/gtest.h>
 
 using namespace Preview;
 using namespace KindsTestData;
-using Formats::FormatError;
 
 // FreeHand 1 and 2 are read by libmwaw, the later versions by libfreehand.
 TEST(FreeHandPreview, aFreeHand1DrawingIsDrawn)
