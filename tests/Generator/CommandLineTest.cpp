@@ -172,6 +172,8 @@ TEST(OutputFiles, LinksAlreadyThereAreReplacedNotWrittenThrough)
     EXPECT_EQ(
         runGenerator({ "thumbnail", eps, "--size", "32", "--out", out() + "/t.png" }).exitCode, 0);
 
+    // The thumbnail is opaque, on white where the drawing leaves the page transparent.
+    EXPECT_EQ(QImage(out() + "/t.png").pixel(0, 0), qRgb(255, 255, 255));
     EXPECT_EQ(TestEnvironment::readFile(victim), "precious");
     for (const QString& name : names)
         EXPECT_FALSE(QFileInfo(out() + "/" + name).isSymLink()) << name.toStdString();

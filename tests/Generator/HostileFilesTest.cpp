@@ -73,8 +73,9 @@ TEST_P(HostileCounts, AreReadInLinearTimeAndShownInCappedPanels)
         { .cpuSeconds = ProcessorSeconds });
     ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
     const QString html = page();
-    if (*GetParam().shown)
+    if (*GetParam().shown) {
         EXPECT_TRUE(html.contains(QLatin1StringView(GetParam().shown))) << html.size();
+    }
     // The page stays small enough to show, whatever the count.
     EXPECT_LT(html.size(), 2 * 1000 * 1000);
 }
