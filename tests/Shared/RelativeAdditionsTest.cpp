@@ -27,7 +27,6 @@ TEST(RelativeDescription, NamesNeighbouringDaysAndDatesTheRest)
     } cases[] = {
         { local(2025, 11, 3, 0, 0), monday, "Today, 12:00 AM" },
         { local(2025, 11, 4, 15, 5), monday, "Tomorrow, 03:05 PM" },
-        { local(2025, 11, 1, 15, 5), monday, "Nov 01, 2025, 03:05 PM" },
         { local(2025, 12, 31, 23, 0), newYear, "Yesterday, 11:00 PM" },
         { local(2025, 12, 30, 23, 0), newYear, "Dec 30, 2025, 11:00 PM" },
         // 06:00 UTC on the 3rd, still the 2nd at -10:00.
