@@ -73,7 +73,8 @@ TEST(EachKind, WritesItsPageAndThumbnailAndNothingElse)
             false },
         { formatsSample("illustrator88.eps"), EpsUti, "Encapsulated PostScript", 1, ".png", 100,
             true },
-        { formatsSample("postscript-exiftool.eps"), "", "Encapsulated PostScript", 1, ".png", 512,
+        // The largest thumbnail there is.
+        { formatsSample("postscript-exiftool.eps"), "", "Encapsulated PostScript", 1, ".png", 4096,
             false },
         // The Illustrator 88 EPS named as an Illustrator document: the PostScript of older
         // versions.
@@ -171,15 +172,18 @@ TEST(OutputFiles, LinksAlreadyThereAreReplacedNotWrittenThrough)
     EXPECT_EQ(
         runGenerator({ "thumbnail", eps, "--size", "32", "--out", out() + "/t.png" }).exitCode, 0);
 
+    // The thumbnail is opaque, on white where the drawing leaves the page transparent.
+    EXPECT_EQ(QImage(out() + "/t.png").pixel(0, 0), qRgb(255, 255, 255));
     EXPECT_EQ(TestEnvironment::readFile(victim), "precious");
     for (const QString& name : names)
         EXPECT_FALSE(QFileInfo(out() + "/" + name).isSymLink()) << name.toStdString();
     EXPECT_EQ(filesBelow(out()), names);
 }
 
-// Qt's own options (-platform, -reverse) are never read from the generator's command line, and
-// after "--" even "--x.ai" is a file.
-TEST(FileArguments, NamesThatLookLikeOptionsAreFiles)
+// Qt's own options (-platform, -reverse) are never read from the generator's command line, after
+// "--" even "--x.ai" is a file, and a name from an older system, in Latin-1 (not UTF-8), is still
+// the file.
+TEST(FileArguments, NamesThatLookLikeOptionsOrAreNotUtf8AreFiles)
 {
     const QString folder = TestEnvironment::home() + QStringLiteral("/documents");
     for (const QString name : { "-platform", "-reverse", "--x.ai" }) {
@@ -196,13 +200,7 @@ TEST(FileArguments, NamesThatLookLikeOptionsAreFiles)
     EXPECT_EQ(
         runGenerator({ "preview", "--x.ai", "--out", out() }, { .workingFolder = folder }).exitCode,
         2);
-}
 
-// A name from an older system, in Latin-1: not UTF-8, and still the file.
-TEST(FileArguments, ANameThatIsNotUtf8IsOpened)
-{
-    const QString folder = TestEnvironment::home() + QStringLiteral("/documents");
-    QDir().mkpath(folder);
     const QByteArray name = QFile::encodeName(folder)
         + "/Gr\xfc\xdf"
           "e.eps";
@@ -211,17 +209,14 @@ TEST(FileArguments, ANameThatIsNotUtf8IsOpened)
     ASSERT_GE(descriptor, 0);
     ASSERT_EQ(::write(descriptor, eps.constData(), size_t(eps.size())), eps.size());
     ::close(descriptor);
-
     // The name reaches the generator byte for byte through the shell's printf.
     QProcess process;
     process.start(QStringLiteral("/bin/sh"),
         { "-c", "exec \"$0\" preview \"$1/$(printf 'Gr\\374\\337e.eps')\" --out \"$2\"",
             QStringLiteral(VISTREL_EXECUTABLE), folder, out() });
     ASSERT_TRUE(process.waitForFinished(60000));
-    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
     EXPECT_TRUE(page().contains(QStringLiteral("<h1>Gr\uFFFD\uFFFDe.eps</h1>")));
-    EXPECT_FALSE(QImage(out() + "/page-1.png").isNull());
 }
 
 // Each failure has its status and its words (runGenerator checks that they are one line) and
@@ -235,7 +230,6 @@ TEST(FailingRun, ExitsWithItsStatusAndWritesNothing)
     const QString ai = generatorData("illustrator-normal.ai");
     const std::pair<QStringList, int> cases[] = {
         { { "preview", garbage, "--uti", IllustratorUti, "--out", out() }, 3 },
-        { { "preview", garbage, "--out", out() }, 3 },
         { { "preview", TestEnvironment::dataPath("formats/ase/one-color.ase"), "--uti", EpsUti,
               "--out", out() },
             3 },
@@ -246,7 +240,6 @@ TEST(FailingRun, ExitsWithItsStatusAndWritesNothing)
             4 },
         { {}, 2 },
         { { "preview", ai }, 2 },
-        { { "thumbnail", ai, "--out", thumbnail }, 2 },
         { { "thumbnail", ai, "--size", "0", "--out", thumbnail }, 2 },
         { { "preview", ai, "--verbose", "--out", out() }, 2 },
         { { "preview", TestEnvironment::home() + "/nowhere.ai", "--out", out() }, 1 },

@@ -43,33 +43,27 @@ QByteArray withGermanNotice(QByteArray document)
     return document.replace(begin, end - begin, notice.leftJustified(end - begin, ' '));
 }
 
-TEST(IllustratorPreview, SavedWithoutPdfContentInGermanShowsItsThumbnail)
+// Without a preview picture (as Illustrator 9 and 10 wrote their PDF-based documents, without
+// layers in the PDF too) the PDF page is drawn, and the page says why.
+TEST(IllustratorPreview, SavedWithoutPdfContentShowsItsThumbnailOrElseThePdfPage)
 {
-    const QString file = TestEnvironment::home() + QStringLiteral("/ohne-pdf.ai");
-    TestEnvironment::writeFile(file,
-        withGermanNotice(
-            TestEnvironment::readFile(generatorData("illustrator-without-pdf-content.ai"))));
+    const QByteArray document
+        = TestEnvironment::readFile(generatorData("illustrator-without-pdf-content.ai"));
+    const QString german = TestEnvironment::home() + QStringLiteral("/ohne-pdf.ai");
+    TestEnvironment::writeFile(german, withGermanNotice(document));
     const QString out = TestEnvironment::home() + QStringLiteral("/out");
-    const QString html = previewPage(file, out);
+    QString html = previewPage(german, out);
     // The picture is the XMP thumbnail (a JPEG), not the drawn notice page.
     EXPECT_TRUE(QFile::exists(out + QStringLiteral("/page-1.jpg")));
     EXPECT_FALSE(QFile::exists(out + QStringLiteral("/page-1.png")));
     EXPECT_TRUE(html.contains(QStringLiteral("saved without PDF content")));
     EXPECT_FALSE(html.contains(QStringLiteral("T1_0")));
-}
 
-// Without a preview picture (as Illustrator 9 and 10 wrote their PDF-based documents, without
-// layers in the PDF too) the PDF page is drawn, and the page says why.
-TEST(IllustratorPreview, WithoutPreviewPictureThePdfPageIsDrawn)
-{
-    QByteArray bytes
-        = TestEnvironment::readFile(generatorData("illustrator-without-pdf-content.ai"));
-    bytes.replace("xmpGImg:image>", "xmpGImg:imagX>");
-    const QString file = TestEnvironment::home() + QStringLiteral("/bare.ai");
-    TestEnvironment::writeFile(file, bytes);
-    const QString out = TestEnvironment::home() + QStringLiteral("/out");
-    const QString html = previewPage(file, out);
-    EXPECT_TRUE(QFile::exists(out + QStringLiteral("/page-1.png")));
+    const QString bare = TestEnvironment::home() + QStringLiteral("/bare.ai");
+    TestEnvironment::writeFile(
+        bare, QByteArray(document).replace("xmpGImg:image>", "xmpGImg:imagX>"));
+    html = previewPage(bare, out + QStringLiteral("2"));
+    EXPECT_TRUE(QFile::exists(out + QStringLiteral("2/page-1.png")));
     EXPECT_TRUE(html.contains(QStringLiteral("it holds no preview picture")));
 }
 

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// EPS previews of files made here: comments become panels, the embedded preview takes over past
-// the size threshold, and Ghostscript runs in its safe mode.
-#include "EmbeddedPreviews.h"
+// EPS previews of files made here: comments become panels, the embedded preview takes over when
+// the PostScript does not draw, and Ghostscript runs in its safe mode.
 #include "GeneratorProcess.h"
-#include "PropertyList.h"
 #include "TestEnvironment.h"
-#include "VistrelUtilities.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -69,27 +66,6 @@ TEST(PostScriptPreview, CommentsFillTheFactsAndPanels)
     EXPECT_TRUE(html.contains(QStringLiteral("alt=\"Artwork\"")));
 }
 
-TEST(PostScriptPreview, EmbeddedPreviewPastTheThreshold)
-{
-    QVariantMap preferences = VTDefaults();
-    preferences.insert(preferEmbeddedPreviewForPreviewFileSizeThreshold, 0.0f);
-    ASSERT_TRUE(PropertyList::writeXmlAtomically(preferences, VTPreferencesPath()));
-    const QString html = previewOf(writeEps(epsWith(Box)));
-    EXPECT_TRUE(html.contains(QStringLiteral("alt=\"Embedded preview\""))) << html.toStdString();
-    EXPECT_TRUE(html.contains(QStringLiteral("preview picture embedded in the file")));
-    const QImage picture(TestEnvironment::home() + QStringLiteral("/out/page-1.png"));
-    ASSERT_EQ(picture.size(), QSize(16, 2));
-    EXPECT_EQ(qGray(picture.pixel(0, 0)), 0);
-    EXPECT_EQ(qGray(picture.pixel(15, 1)), 255);
-}
-
-TEST(PostScriptPreview, EmbeddedPreviewWhenThePostScriptDoesNotDraw)
-{
-    const QString html = previewOf(writeEps(epsWith("0 0 moveto undefinedoperator")));
-    EXPECT_TRUE(html.contains(QStringLiteral("alt=\"Embedded preview\"")));
-    EXPECT_TRUE(html.contains(QStringLiteral("could not be drawn")));
-}
-
 TEST(PostScriptPreview, GhostscriptMayNotWriteFiles)
 {
     const QString target = TestEnvironment::home() + QStringLiteral("/written-by-postscript");
@@ -142,28 +118,6 @@ TEST(PostScriptPreview, OnlyTheLastOfGhostscriptsMessagesAreKept)
     EXPECT_EQ(run.exitCode, 4);
     EXPECT_EQ(run.standardError,
         "damaged file: the PostScript does not draw: Error: /typecheck in --flood--\n");
-}
-
-// Samples are ink: rows pad to whole bytes, and data too short for the size gives no picture.
-TEST(EpsiBitmap, ReadsSamplesAsInk)
-{
-    const std::pair<Formats::DscPreview, QList<int>> cases[] = {
-        { { 3, 2, 1, QByteArray::fromHex("A000 4000") }, { 0, 255, 0 } },
-        { { 4, 1, 2, QByteArray::fromHex("1B") }, { 255, 170, 85, 0 } },
-        { { 2, 1, 8, QByteArray::fromHex("00FF") }, { 255, 0 } },
-        { { 8, 4, 8, QByteArray(10, '\0') }, {} },
-        { { 1, 1, 3, QByteArray(1, '\0') }, {} },
-    };
-    for (const auto& [preview, firstRowGrays] : cases) {
-        SCOPED_TRACE(preview.depth);
-        const QImage image = Preview::epsiPreviewImage(preview);
-        ASSERT_EQ(image.isNull(), firstRowGrays.isEmpty());
-        if (image.isNull())
-            continue;
-        ASSERT_EQ(image.width(), firstRowGrays.size());
-        for (int x = 0; x < image.width(); ++x)
-            EXPECT_EQ(qGray(image.pixel(x, 0)), firstRowGrays[x]) << x;
-    }
 }
 
 QByteArray withoutProcSets(QByteArray eps)

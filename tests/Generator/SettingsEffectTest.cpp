@@ -97,10 +97,7 @@ INSTANTIATE_TEST_SUITE_P(Settings, SettingEffect,
         EffectCase { "EmbeddedPreviewPastTheThreshold",
             { { preferEmbeddedPreviewForPreviewFileSizeThreshold, 0.5f } },
             { "page-1.jpg", "preview picture embedded in the file" }, { "page-1.png" },
-            generatorData("illustrator-normal.ai") },
-        EffectCase { "DrawnBelowTheThreshold",
-            { { preferEmbeddedPreviewForPreviewFileSizeThreshold, 2.0f } }, { "page-1.png" },
-            { "embedded" }, generatorData("illustrator-normal.ai") }),
+            generatorData("illustrator-normal.ai") }),
     [](const auto& info) { return std::string(info.param.name); });
 
 }

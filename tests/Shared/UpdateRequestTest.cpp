@@ -54,13 +54,14 @@ TEST_F(UpdateRequest, BothFamiliesDescribeTheGeneratorAndTheMachineWithTheirOwnS
     EXPECT_EQ(other.updateURLStringForHTTP(), expected + "&form=HTTP&ref=menu");
 
     // The generator moves to the machine's Library: the methods follow, the functions do not.
+    // Numbers and booleans print as the platform prints them.
     installPlugin(TestEnvironment::localLibrary(),
         { { "CFBundleName", "Vistrel" }, { "CFBundleShortVersionString", "3.0" },
-            { "QXReleaseVersion", qint64(300) }, { "QXReleaseStage", "release" } });
+            { "QXReleaseVersion", qint64(300) }, { "QXReleaseStage", true } });
     ASSERT_TRUE(QDir(pluginIn(TestEnvironment::userLibrary())).removeRecursively());
     EXPECT_EQ(other.updateURLString(),
         "http://updates.tolvane.example" + base
-            + "&app=Vistrel&ver=3.0&rel=300&stage=release&plat=MacOSX&os_ver=1068&end=" + byteOrder
+            + "&app=Vistrel&ver=3.0&rel=300&stage=1&plat=MacOSX&os_ver=1068&end=" + byteOrder
             + "&lang=en");
     EXPECT_EQ(VTUpdateURLString(), expected);
 }

@@ -18,13 +18,6 @@ void appendU32(QByteArray& bytes, std::uint32_t value)
 
 }
 
-AseFileBuilder& AseFileBuilder::version(std::uint16_t major, std::uint16_t minor)
-{
-    m_major = major;
-    m_minor = minor;
-    return *this;
-}
-
 QByteArray AseFileBuilder::name(const QString& text)
 {
     QByteArray bytes;
@@ -49,8 +42,6 @@ AseFileBuilder& AseFileBuilder::groupStart(const QString& text)
     return block(0xC001, name(text));
 }
 
-AseFileBuilder& AseFileBuilder::groupStartWithoutName() { return block(0xC001, {}); }
-
 AseFileBuilder& AseFileBuilder::groupEnd() { return block(0xC002, {}); }
 
 AseFileBuilder& AseFileBuilder::color(const QString& text, const QByteArray& model,
@@ -64,17 +55,11 @@ AseFileBuilder& AseFileBuilder::color(const QString& text, const QByteArray& mod
     return block(0x0001, body);
 }
 
-AseFileBuilder& AseFileBuilder::declaredBlockCount(std::uint32_t count)
-{
-    m_declaredBlocks = count;
-    return *this;
-}
-
 QByteArray AseFileBuilder::bytes() const
 {
     QByteArray bytes("ASEF");
-    appendU16(bytes, m_major);
-    appendU16(bytes, m_minor);
-    appendU32(bytes, m_declaredBlocks >= 0 ? std::uint32_t(m_declaredBlocks) : m_blocks);
+    appendU16(bytes, 1);
+    appendU16(bytes, 0);
+    appendU32(bytes, m_blocks);
     return bytes + m_body;
 }

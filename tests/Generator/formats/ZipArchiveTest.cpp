@@ -27,25 +27,6 @@ static ParseResult<ZipContents> readAll(const QByteArray& zip, ZipLimits limits 
         zip, [](const QString&) { return true; }, limits);
 }
 
-TEST(ZipArchive, readsStoredAndDeflatedEntries)
-{
-    const QByteArray xml = "<Fonts>" + text(5000) + "</Fonts>";
-    const QByteArray zip = ZipFileBuilder()
-                               .stored(QStringLiteral("mimetype"), "application/test")
-                               .deflated(QStringLiteral("Resources/Fonts.xml"), xml)
-                               .deflated(QStringLiteral("empty.xml"), QByteArray())
-                               .stored(QStringLiteral("Ünïcode name.txt"), "u")
-                               .bytes();
-    const auto contents = readZip(zip, [](const QString& name) { return name != u"mimetype"; });
-    ASSERT_TRUE(contents.ok()) << contents.reason().toStdString();
-    EXPECT_EQ(contents->names,
-        QStringList({ "mimetype", "Resources/Fonts.xml", "empty.xml", "Ünïcode name.txt" }));
-    EXPECT_EQ(contents->entries.count(QStringLiteral("mimetype")), 0u);
-    EXPECT_EQ(contents->entries.at(QStringLiteral("Resources/Fonts.xml")), xml);
-    EXPECT_EQ(contents->entries.at(QStringLiteral("empty.xml")), QByteArray());
-    EXPECT_EQ(contents->entries.at(QStringLiteral("Ünïcode name.txt")), QByteArray("u"));
-}
-
 static QByteArray zipWithDataCut(QByteArray bytes)
 {
     // Keep the directory but spoil the middle of the deflated data: inflate fails or the CRC does.

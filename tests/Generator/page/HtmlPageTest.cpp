@@ -8,8 +8,6 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QRegularExpression>
-#include <QUrl>
-#include <QUrlQuery>
 #include <gtest/gtest.h>
 
 using namespace Preview;
@@ -126,20 +124,6 @@ TEST(HtmlPage, DocumentTextNeverBecomesMarkup)
     EXPECT_TRUE(html.contains(
         QStringLiteral("<td style=\"font-family:&#39;Evil backgroundurlhttpx&#39;\">")));
     EXPECT_EQ(html.count(QStringLiteral("<script>")), 1); // the loupe's own
-}
-
-// Everything but unreserved characters is escaped, so that the application, which splits the
-// query at "&" and "=" and decodes percent escapes only, gets the path back.
-TEST(RevealImageUrl, EscapesAllButUnreservedCharactersAndRoundTrips)
-{
-    const QString path = QStringLiteral("/p/a b&c=d#1?+%20-_.~/Grüße/日本.jpg");
-    const QString url = Html::revealImageUrl(path);
-    EXPECT_EQ(url,
-        QStringLiteral("tolvane://reveal/image?path=%2Fp%2Fa%20b%26c%3Dd%231%3F%2B%2520-_.~%2F"
-                       "Gr%C3%BC%C3%9Fe%2F%E6%97%A5%E6%9C%AC.jpg"));
-    const QString query = QUrl(url).query(QUrl::FullyEncoded);
-    ASSERT_EQ(query.count(u'&'), 0);
-    EXPECT_EQ(QUrl::fromPercentEncoding(query.section(u'=', 1, 1).toLatin1()), path);
 }
 
 TEST(RevealFontUrl, NamesThePathsInOrder)

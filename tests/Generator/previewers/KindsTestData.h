@@ -29,18 +29,11 @@ inline QString fileWith(const QString& name, const QByteArray& bytes)
     return path;
 }
 
-// The file previewed as a document of that kind, through the previewer table.
-inline Formats::ParseResult<Preview::PreviewContent> previewAs(
-    Formats::FileKind kind, const QString& path, const VTPreviewSettings& settings = {})
-{
-    return Preview::previewerForKind(kind)->preview(path, settings);
-}
-
-// The same, for a file that must preview.
+// The file previewed as a document of that kind, through the previewer table; it must preview.
 inline Preview::PreviewContent contentAs(
     Formats::FileKind kind, const QString& path, const VTPreviewSettings& settings = {})
 {
-    auto result = previewAs(kind, path, settings);
+    auto result = Preview::previewerForKind(kind)->preview(path, settings);
     EXPECT_TRUE(result.ok()) << result.reason().toStdString();
     return result.ok() ? std::move(result).value() : Preview::PreviewContent();
 }

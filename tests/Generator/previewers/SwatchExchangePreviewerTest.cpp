@@ -3,34 +3,16 @@
 #include "AseFileBuilder.h"
 #include "KindsTestData.h"
 #include "PreviewerTable.h"
-#include "SwatchColor.h"
-#include "SwatchSheet.h"
 
 #include <QXmlStreamReader>
 #include <gtest/gtest.h>
 
 using namespace Preview;
 using namespace KindsTestData;
-using Formats::FormatError;
 
 namespace {
 
 constexpr std::uint16_t Global = 0, Spot = 1, Normal = 2;
-
-Formats::AseDocument parsed(const QByteArray& bytes)
-{
-    auto document = Formats::parseSwatchExchange(bytes);
-    EXPECT_TRUE(document.ok()) << document.reason().toStdString();
-    return document.ok() ? std::move(document).value() : Formats::AseDocument();
-}
-
-Formats::AseSwatch aseSwatch(
-    const char* model, std::initializer_list<float> values, std::uint16_t type = Normal)
-{
-    const Formats::AseDocument document
-        = parsed(AseFileBuilder().color(QStringLiteral("S"), model, values, type).bytes());
-    return document.swatches.empty() ? Formats::AseSwatch() : document.swatches.front();
-}
 
 // Loose swatch, a group with a nested group, and an empty group; a name with a control
 // character, which XML cannot hold.
@@ -80,54 +62,6 @@ const SvgText* findText(const std::vector<SvgText>& texts, const QString& text)
 
 }
 
-TEST(AseColours, screenColoursOfKnownValues)
-{
-    struct Case {
-        const char* name;
-        Formats::AseSwatch swatch;
-        QColor expected;
-    };
-    const Case cases[] = {
-        { "cmykRed", aseSwatch("CMYK", { 0, 1, 1, 0 }), QColor(255, 0, 0) },
-        { "cmykHalfBlack", aseSwatch("CMYK", { 0, 0, 0, 0.5f }), QColor(128, 128, 128) },
-        { "rgbOrange", aseSwatch("RGB ", { 1, 0.5f, 0 }), QColor(255, 128, 0) },
-        { "labMidGrey", aseSwatch("LAB ", { 0.5f, 0, 0 }), QColor(119, 119, 119) },
-        // sRGB red as D50 Lab.
-        { "labRed", aseSwatch("LAB ", { 0.5429f, 80.80f, 69.89f }), QColor(255, 0, 0) },
-        // The file stores grey as its lightness: 0.25 is a dark grey.
-        { "grayDark", aseSwatch("Gray", { 0.25f }), QColor(64, 64, 64) },
-    };
-    for (const Case& c : cases) {
-        const QColor color = swatchDisplayColor(previewSwatch(c.swatch));
-        ASSERT_TRUE(color.isValid()) << c.name;
-        EXPECT_NEAR(color.red(), c.expected.red(), 2) << c.name;
-        EXPECT_NEAR(color.green(), c.expected.green(), 2) << c.name;
-        EXPECT_NEAR(color.blue(), c.expected.blue(), 2) << c.name;
-    }
-    EXPECT_FALSE(swatchDisplayColor(previewSwatch(aseSwatch("XYZ ", { 0.1f, 0.2f }))).isValid());
-}
-
-TEST(AseColours, descriptionsOfEveryModelAndType)
-{
-    struct Case {
-        const char* name;
-        Formats::AseSwatch swatch;
-        QStringList expected;
-    };
-    const Case cases[] = {
-        { "cmykGlobal", aseSwatch("CMYK", { 0.1f, 0.2f, 0.125f, 0 }, Global),
-            { "CMYK · Global", "C 10% M 20% Y 12.5% K 0%" } },
-        { "rgbSpot", aseSwatch("RGB ", { 1, 0.5f, 0 }, Spot),
-            { "RGB · Spot", "R 255 G 128 B 0 · #FF8000" } },
-        { "labNormal", aseSwatch("LAB ", { 0.5f, 20, -30.25f }, Normal),
-            { "LAB", "L 50 a 20 b -30.3" } },
-        { "gray", aseSwatch("Gray", { 0.6f }), { "Gray", "Gray 40%" } },
-        { "unknownModel", aseSwatch("XYZ ", { 0.5f, 0.25f }), { "XYZ", "0.5 0.25" } },
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(swatchDescription(previewSwatch(c.swatch)), c.expected) << c.name;
-}
-
 // The sheet is the preview's page, the groups its panel.
 TEST(AseSheet, groupsNestedAndEmpty)
 {
@@ -136,8 +70,6 @@ TEST(AseSheet, groupsNestedAndEmpty)
     ASSERT_TRUE(preview.ok()) << preview.reason().toStdString();
     EXPECT_EQ(preview->kindName, QStringLiteral("Swatch Exchange file"));
     ASSERT_EQ(preview->pages.size(), 1u);
-    EXPECT_EQ(preview->pages[0].encodedFormat, QStringLiteral("svg"));
-    EXPECT_FALSE(preview->pages[0].sizePoints.isEmpty());
     const std::vector<PreviewSwatchGroup>& groups = preview->swatchGroups;
     QStringList groupNames;
     for (const PreviewSwatchGroup& group : groups)
@@ -160,30 +92,6 @@ TEST(AseSheet, groupsNestedAndEmpty)
     EXPECT_TRUE(fills.contains(QStringLiteral("#ff0000")));
 }
 
-TEST(AsePreview, cutAndForeignFilesFail)
-{
-    const QByteArray whole = sample(QStringLiteral("formats/ase/three-colors.ase"));
-    struct Case {
-        const char* name;
-        QByteArray bytes;
-        FormatError error;
-    };
-    const Case cases[] = {
-        { "cutInASwatch", whole.left(whole.size() - 5), FormatError::DamagedFile },
-        { "notSwatches", "GIF89a....", FormatError::NotThisKind },
-    };
-    for (const Case& c : cases) {
-        const QString path = fileWith(QStringLiteral("case.ase"), c.bytes);
-        const auto content = previewerForKind(Formats::FileKind::SwatchExchange)->preview(path, {});
-        ASSERT_FALSE(content.ok()) << c.name;
-        EXPECT_EQ(content.error(), c.error) << c.name;
-        const auto thumbnail
-            = previewerForKind(Formats::FileKind::SwatchExchange)->thumbnail(path, 64, {});
-        ASSERT_FALSE(thumbnail.ok()) << c.name;
-        EXPECT_EQ(thumbnail.error(), c.error) << c.name;
-    }
-}
-
 TEST(AseThumbnail, chipsInFileOrder)
 {
     const QString path = fileWith(QStringLiteral("four.ase"),
@@ -204,33 +112,4 @@ TEST(AseThumbnail, chipsInFileOrder)
     EXPECT_EQ(QColor(thumbnail->pixel(75, 25)), QColor(Qt::black));
     EXPECT_EQ(QColor(thumbnail->pixel(25, 75)), QColor(Qt::green));
     EXPECT_EQ(QColor(thumbnail->pixel(75, 75)), QColor(Qt::blue));
-
-    const auto none
-        = previewerForKind(Formats::FileKind::SwatchExchange)
-              ->thumbnail(fileWith(QStringLiteral("none.ase"),
-                              AseFileBuilder().groupStart(QStringLiteral("E")).groupEnd().bytes()),
-                  100, {});
-    EXPECT_FALSE(none.ok());
-}
-
-TEST(AseSheet, aLongFileIsCutWithACount)
-{
-    AseFileBuilder builder;
-    for (int i = 0; i < 7; ++i)
-        builder.color(QStringLiteral("Loose %1").arg(i), "Gray", { 0.5f }, Normal);
-    builder.groupStart(QStringLiteral("Late group"));
-    builder.color(QStringLiteral("Late"), "Gray", { 0.5f }, Normal);
-    builder.groupEnd();
-    const Formats::AseDocument document = parsed(builder.bytes());
-
-    const std::vector<SvgText> texts
-        = textsOf(drawSwatchSheet(document, QStringLiteral("t"), 5).svg);
-    EXPECT_NE(findText(texts, QStringLiteral("Loose 4")), nullptr);
-    EXPECT_EQ(findText(texts, QStringLiteral("Loose 5")), nullptr);
-    EXPECT_EQ(findText(texts, QStringLiteral("Late group")), nullptr);
-    EXPECT_NE(findText(texts, QStringLiteral("3 more swatches are not drawn here")), nullptr);
-
-    const std::vector<SvgText> whole = textsOf(drawSwatchSheet(document, QStringLiteral("t")).svg);
-    EXPECT_NE(findText(whole, QStringLiteral("Late")), nullptr);
-    EXPECT_GT(whole.size(), texts.size());
 }
