@@ -2,9 +2,10 @@
 // Sample files: tests/data/formats/samples (see tests/data/README.md for their origins).
 #include "DscComments.h"
 
-#include "FormatsTestData.h"
+#include "TestEnvironment.h"
 
 #include <QtEndian>
+#include <gtest/gtest.h>
 
 using namespace Formats;
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Replays the sample files, and many truncated and mutated variants of them, through the fuzz
 // entry points, so that the normal test run exercises them as the fuzzers do.
-#include "FormatsTestData.h"
 #include "FuzzEntryPoints.h"
+#include "TestEnvironment.h"
 
 #include <QDir>
+#include <gtest/gtest.h>
 #include <random>
 
 namespace {
