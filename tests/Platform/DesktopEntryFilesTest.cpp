@@ -57,8 +57,9 @@ TEST(DesktopEntryFiles, TheTemplateKeepsItsKeysButThoseOfTheBundle)
         "Exec=/opt/Tolvane.app/Contents/Linux/Tolvane %U\n"
         "TryExec=/opt/Tolvane.app/Contents/Linux/Tolvane\nMimeType=a/b;x-scheme-handler/c;\n"
         "Icon=app.tolvane.Tolvane\n\n[Desktop Action New]\nExec=tolvane --new\n");
-    EXPECT_EQ(desktopEntry(QString(), "Tolvane", "/T", {}, QString()),
-        "[Desktop Entry]\nType=Application\nName=Tolvane\nExec=/T %U\nTryExec=/T\n");
+    // Without a template: a name's leading blank is escaped, the inner ones are not.
+    EXPECT_EQ(desktopEntry(QString(), " Tol vane", "/T", {}, QString()),
+        "[Desktop Entry]\nType=Application\nName=\\sTol vane\nExec=/T %U\nTryExec=/T\n");
 }
 
 TEST(DesktopEntryFiles, ThePackageKeepsOnlyWhatTheMachineDoesNotKnow)

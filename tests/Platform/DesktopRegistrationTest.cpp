@@ -91,21 +91,21 @@ TEST(DesktopRegistration, UnregisteringLeavesTheFoldersExactlyAsTheyWere)
     EXPECT_TRUE(DesktopRegistration::unregister("app.tolvane.Tolvane").changedFiles.isEmpty());
 }
 
-TEST(DesktopRegistration, InAnEmptyHomeUnregisteringLeavesNothing)
-{
-    registerAt(makeBundle(TestEnvironment::home() + "/Tolvane.app"));
-    ASSERT_FALSE(dataFolder().isEmpty());
-    DesktopRegistration::unregister("app.tolvane.Tolvane");
-    EXPECT_EQ(dataFolder().keys(), QStringList {});
-}
-
-TEST(DesktopRegistration, ASecondStartFromTheSamePlaceChangesNothing)
+// In an empty home: a second start from the same place changes nothing, one from another place
+// rewrites the registration, and unregistering leaves nothing.
+TEST(DesktopRegistration, FollowsTheBundleAndLeavesNothingWhenUnregistered)
 {
     const QString bundle = makeBundle(TestEnvironment::home() + "/Apps/Tolvane.app");
     EXPECT_EQ(registerAt(bundle).changedFiles.size(), 4);
     EXPECT_EQ(registerAt(bundle).changedFiles, QStringList {});
+    const QString moved = TestEnvironment::home() + "/Moved/Tolvane.app";
+    ASSERT_TRUE(QDir().mkpath(TestEnvironment::home() + "/Moved"));
+    ASSERT_TRUE(QDir().rename(bundle, moved));
+    EXPECT_FALSE(registerAt(moved).changedFiles.isEmpty());
     EXPECT_EQ(DesktopRegistration::registeredExecutable("app.tolvane.Tolvane"),
-        bundle + "/Contents/Linux/Tolvane");
+        moved + "/Contents/Linux/Tolvane");
+    DesktopRegistration::unregister("app.tolvane.Tolvane");
+    EXPECT_EQ(dataFolder().keys(), QStringList {});
 }
 
 TEST(DesktopRegistration, PathsNoEntryCanNameAreNotRegistered)

@@ -54,15 +54,12 @@ TEST_F(Ed25519, AnOpenSSLSignatureVerifiesAndAChangedByteDoesNot)
     const QString keyText = QString::fromLatin1(publicKey.toBase64());
     EXPECT_FALSE(SUVerifyArchive(message, message.size(), signatureText, keyText));
 
-    for (const qsizetype position : { qsizetype(0), message.size() / 2, message.size() - 1 }) {
-        QByteArray changed = message;
-        changed[position] = char(changed[position] ^ 1);
-        const auto problem = SUVerifyArchive(changed, changed.size(), signatureText, keyText);
-        ASSERT_TRUE(problem);
-        EXPECT_EQ(problem->kind, SUUpdaterError::SignatureInvalid);
-    }
+    QByteArray changed = message;
+    changed[message.size() - 1] = char(changed[message.size() - 1] ^ 1);
+    EXPECT_EQ(SUVerifyArchive(changed, changed.size(), signatureText, keyText).value().kind,
+        SUUpdaterError::SignatureInvalid);
     const QString otherKey = QString::fromLatin1(SUEd25519::generateKeyPair().publicKey.toBase64());
-    EXPECT_EQ(SUVerifyArchive(message, message.size(), signatureText, otherKey)->kind,
+    EXPECT_EQ(SUVerifyArchive(message, message.size(), signatureText, otherKey).value().kind,
         SUUpdaterError::SignatureInvalid);
 }
 
@@ -87,16 +84,16 @@ TEST_F(Ed25519, EachRefusalSaysWhatIsWrong)
     const QString signature
         = QString::fromLatin1(SUEd25519::sign(keys.secretKey, message).toBase64());
     EXPECT_FALSE(SUVerifyArchive(message, 0, " " + signature + "\n", key)); // no length given
-    EXPECT_EQ(SUVerifyArchive(message, message.size() + 1, signature, key)->kind,
+    EXPECT_EQ(SUVerifyArchive(message, message.size() + 1, signature, key).value().kind,
         SUUpdaterError::LengthMismatch);
     EXPECT_EQ(
-        SUVerifyArchive(message, message.size(), "", key)->kind, SUUpdaterError::SignatureMissing);
-    EXPECT_EQ(SUVerifyArchive(message, message.size(), "not base64!", key)->kind,
+        SUVerifyArchive(message, message.size(), "", key).value().kind, SUUpdaterError::SignatureMissing);
+    EXPECT_EQ(SUVerifyArchive(message, message.size(), "not base64!", key).value().kind,
         SUUpdaterError::SignatureInvalid);
-    EXPECT_EQ(SUVerifyArchive(message, message.size(), signature.left(40), key)->kind,
+    EXPECT_EQ(SUVerifyArchive(message, message.size(), signature.left(40), key).value().kind,
         SUUpdaterError::SignatureInvalid);
     for (const QString& badKey : { QString(), QStringLiteral("c2hvcnQ="), key + "AAAA" })
-        EXPECT_EQ(SUVerifyArchive(message, message.size(), signature, badKey)->kind,
+        EXPECT_EQ(SUVerifyArchive(message, message.size(), signature, badKey).value().kind,
             SUUpdaterError::NoPublicKey);
     QString problem;
     EXPECT_FALSE(
