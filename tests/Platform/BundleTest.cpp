@@ -3,7 +3,6 @@
 
 #include "TestEnvironment.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
 #include <gtest/gtest.h>
@@ -45,16 +44,6 @@ TEST(Bundle, ReadsItsFilesAndSeesAnInfoPlistChangedOnDisk)
     EXPECT_EQ(bundle->objectForInfoDictionaryKey("CFBundleShortVersionString"), QVariant("2.2"));
     ASSERT_TRUE(QFile::remove(path + "/Contents/Info.plist"));
     EXPECT_TRUE(bundle->infoDictionary().isEmpty());
-}
-
-TEST(Bundle, OnlyDirectoriesAreBundles)
-{
-    TestEnvironment::writeFile(TestEnvironment::home() + "/plain.app", "x");
-    EXPECT_FALSE(Bundle::bundleWithPath(TestEnvironment::home() + "/plain.app"));
-    EXPECT_FALSE(Bundle::bundleWithPath(TestEnvironment::home() + "/missing.app"));
-    // Outside a bundle the main bundle is the executable's folder, without information.
-    EXPECT_EQ(Bundle::mainBundle().bundlePath(), QCoreApplication::applicationDirPath());
-    EXPECT_TRUE(Bundle::mainBundle().infoDictionary().isEmpty());
 }
 
 }

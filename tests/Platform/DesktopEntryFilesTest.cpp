@@ -62,26 +62,4 @@ TEST(DesktopEntryFiles, TheTemplateKeepsItsKeysButThoseOfTheBundle)
         "[Desktop Entry]\nType=Application\nName=\\sTol vane\nExec=/T %U\nTryExec=/T\n");
 }
 
-TEST(DesktopEntryFiles, ThePackageKeepsOnlyWhatTheMachineDoesNotKnow)
-{
-    const QString package = QString::fromUtf8(TestEnvironment::readFile(
-        TOLVANE_APP_BUNDLE "/Contents/Resources/app.tolvane.Tolvane-mime.xml"));
-    const QStringList defined = definedMimeTypes(package);
-    ASSERT_TRUE(defined.contains("application/x-indesign"));
-
-    const QString rest = packageWithout(package, { "application/x-indesign" });
-    QStringList expected = defined;
-    expected.removeAll("application/x-indesign");
-    EXPECT_EQ(definedMimeTypes(rest), expected);
-    // What is left is a package the MIME database takes.
-    const QString folder = TestEnvironment::home() + "/mime";
-    TestEnvironment::writeFile(folder + "/packages/rest.xml", rest.toUtf8());
-    EXPECT_EQ(run("update-mime-database", { folder }), "");
-    EXPECT_TRUE(TestEnvironment::readFile(folder + "/types").contains("application/x-adobe-ase"));
-    EXPECT_FALSE(TestEnvironment::readFile(folder + "/types").contains("application/x-indesign\n"));
-
-    EXPECT_TRUE(packageWithout(package, QSet<QString>(defined.begin(), defined.end())).isNull());
-    EXPECT_TRUE(packageWithout("<plist/>", {}).isNull());
-}
-
 }

@@ -30,17 +30,6 @@ TEST(PropertyList, XmlRoundTripKeepsEveryKind)
         widened->toMap(), QVariantMap { { "float", 128.0 }, { "int", qint64(5) } }));
 }
 
-TEST(PropertyList, ValuesWithoutAPropertyListKindAreRefused)
-{
-    const QVariantMap map { { "point", QVariant::fromValue(QPoint(1, 2)) } };
-    EXPECT_FALSE(PropertyList::toXml(map));
-    QString error;
-    EXPECT_FALSE(
-        PropertyList::writeXmlAtomically(map, TestEnvironment::home() + "/x.plist", &error));
-    EXPECT_FALSE(error.isEmpty());
-    EXPECT_FALSE(QFile::exists(TestEnvironment::home() + "/x.plist"));
-}
-
 TEST(PropertyList, BrokenMissingAndTooDeepFilesGiveNoDictionary)
 {
     QByteArray deep = "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>a</key>";

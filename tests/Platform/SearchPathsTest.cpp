@@ -37,23 +37,4 @@ TEST(SearchPaths, ApplicationsEndWhereTheInstallationPutsTheBundle)
     EXPECT_EQ(search(NSApplicationDirectory, NSLocalDomainMask), QStringList { "/opt" });
 }
 
-TEST(SearchPaths, DownloadsFollowTheUserDirsAndTheHomeFolderIsNone)
-{
-    const QString dirs = TestEnvironment::home() + "/.config/user-dirs.dirs";
-    TestEnvironment::writeFile(dirs, "XDG_DOWNLOAD_DIR=\"$HOME/Fetched\"\n");
-    EXPECT_EQ(search(NSDownloadsDirectory, NSAllDomainsMask),
-        QStringList { TestEnvironment::home() + "/Fetched" });
-    // What xdg-user-dirs writes when the user removed the folder.
-    TestEnvironment::writeFile(dirs, "XDG_DOWNLOAD_DIR=\"$HOME/\"\n");
-    EXPECT_EQ(search(NSDownloadsDirectory, NSAllDomainsMask), QStringList {});
-}
-
-TEST(SearchPaths, TildeExpansion)
-{
-    EXPECT_EQ(stringByExpandingTildeInPath("~"), TestEnvironment::home());
-    EXPECT_EQ(stringByExpandingTildeInPath("~/a/b"), TestEnvironment::home() + "/a/b");
-    EXPECT_EQ(stringByExpandingTildeInPath("/a/~"), "/a/~");
-    EXPECT_EQ(stringByExpandingTildeInPath("~other/a"), "~other/a");
-}
-
 }

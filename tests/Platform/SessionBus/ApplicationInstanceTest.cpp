@@ -49,22 +49,6 @@ struct Received {
     int activations = 0;
 };
 
-TEST(ApplicationInstance, MakesOneURIPerArgumentInOrder)
-{
-    const QString folder = TestEnvironment::home() + QStringLiteral("/documents");
-    TestEnvironment::writeFile(folder + QStringLiteral("/notes:draft.ai"), "x");
-    const QString wd = QStringLiteral("file://") + folder;
-    EXPECT_EQ(ApplicationInstance::urisFromArguments(
-                  { "tolvane://reveal/image?path=%2Fa%20b.png", "mailto:someone@tolvane.example",
-                      "a b.ai", "", "/art/#1?.ai", "/a:b/c.ai", "C:draft.ai", "notes:draft.ai",
-                      "../up.ai" },
-                  folder),
-        QStringList({ "tolvane://reveal/image?path=%2Fa%20b.png", "mailto:someone@tolvane.example",
-            wd + "/a%20b.ai", "file:///art/%231%3F.ai", "file:///a:b/c.ai", wd + "/C:draft.ai",
-            // An existing file wins over a scheme.
-            wd + "/notes:draft.ai", "file://" + TestEnvironment::home() + "/up.ai" }));
-}
-
 // Claimed once more by the primary, it stays primary; a later launch with arguments opens them
 // there, one without activates it.
 TEST(ApplicationInstance, ALaterLaunchForwardsItsFilesAndURLsOrActivates)
@@ -91,34 +75,6 @@ TEST(ApplicationInstance, ALaterLaunchForwardsItsFilesAndURLsOrActivates)
     ASSERT_TRUE(TestEnvironment::waitUntil([&] { return received.activations > 0; }, 10000));
     EXPECT_EQ(received.activations, 1);
     EXPECT_EQ(received.opened.size(), 1);
-}
-
-TEST(ApplicationInstance, TheNameIsFreeAgainWhenThePrimaryEnds)
-{
-    auto primary = std::make_unique<ApplicationInstance>(identifier);
-    ASSERT_EQ(primary->claim({}), ApplicationInstance::Role::Primary);
-    primary.reset();
-
-    const Launch next = launch({ "a.ai" });
-    EXPECT_EQ(next.role, "Primary") << next.errors.toStdString();
-    // And once that process has ended too, this one can take the name again.
-    ApplicationInstance again(identifier);
-    EXPECT_EQ(again.claim({}), ApplicationInstance::Role::Primary);
-}
-
-TEST(ApplicationInstance, AnOwnerThatDoesNotServeTheInterfaceLeavesTheLaunchAlone)
-{
-    const QString connectionName = QStringLiteral("squatter");
-    {
-        QDBusConnection squatter
-            = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName);
-        ASSERT_TRUE(squatter.registerService(identifier));
-
-        const Launch second = launch({ "a.ai" });
-        EXPECT_EQ(second.role, "Alone");
-        EXPECT_TRUE(second.errors.contains("WARNING -- ")) << second.errors.toStdString();
-    }
-    QDBusConnection::disconnectFromBus(connectionName);
 }
 
 TEST(ApplicationInstance, WithoutASessionBusTheLaunchHandlesItsArgumentsItself)

@@ -48,11 +48,6 @@ QByteArray InstallFixture::archiveOf(const QString& version, const QString& iden
     return UpdateArchives::pack(UpdateArchives::entriesOf(copy), UpdateArchives::Format::TarXz);
 }
 
-QString InstallFixture::signatureOf(const QByteArray& archive) const
-{
-    return QString::fromLatin1(SUEd25519::sign(keys.secretKey, archive).toBase64());
-}
-
 void InstallFixture::publish(const QByteArray& archive)
 {
     server.respondTo("/Tolvane-2.0.tar.xz", { 200, archive });
@@ -68,7 +63,7 @@ void InstallFixture::publish(const QByteArray& archive)
                        "</item></channel></rss>\n")
             .arg(server.url("/Tolvane-2.0.tar.xz").toString())
             .arg(archive.size())
-            .arg(signatureOf(archive))
+            .arg(QString::fromLatin1(SUEd25519::sign(keys.secretKey, archive).toBase64()))
             .toUtf8() });
 }
 

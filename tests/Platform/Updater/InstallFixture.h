@@ -23,7 +23,6 @@ public:
     // unless told otherwise).
     QByteArray archiveOf(
         const QString& version = "200", const QString& identifier = "app.tolvane.Tolvane");
-    QString signatureOf(const QByteArray& archive) const;
     // Serves the archive and a feed that offers it, signed and with its length.
     void publish(const QByteArray& archive);
     static QByteArray startedScript(const QByteArray& which);

@@ -63,20 +63,6 @@ TEST_F(Ed25519, AnOpenSSLSignatureVerifiesAndAChangedByteDoesNot)
         SUUpdaterError::SignatureInvalid);
 }
 
-TEST_F(Ed25519, OpenSSLReadsOurKeyFileAndSignsAlike)
-{
-    const SUEd25519::KeyPair keys = SUEd25519::generateKeyPair();
-    const QString key = TestEnvironment::home() + "/our-key.pem";
-    TestEnvironment::writeFile(key, SUEd25519::privateKeyPEM(keys.secretKey));
-    // Ed25519 signatures are deterministic: the same key signs the same bytes alike.
-    EXPECT_EQ(openssl({ "pkeyutl", "-sign", "-rawin", "-inkey", key, "-in", messagePath }),
-        SUEd25519::sign(keys.secretKey, message));
-    EXPECT_EQ(
-        openssl({ "pkey", "-in", key, "-pubout", "-outform", "DER" }).right(32), keys.publicKey);
-    EXPECT_EQ(
-        SUEd25519::secretKeyFromPEM(SUEd25519::privateKeyPEM(keys.secretKey)), keys.secretKey);
-}
-
 TEST_F(Ed25519, EachRefusalSaysWhatIsWrong)
 {
     const SUEd25519::KeyPair keys = SUEd25519::generateKeyPair();
@@ -86,13 +72,11 @@ TEST_F(Ed25519, EachRefusalSaysWhatIsWrong)
     EXPECT_FALSE(SUVerifyArchive(message, 0, " " + signature + "\n", key)); // no length given
     EXPECT_EQ(SUVerifyArchive(message, message.size() + 1, signature, key).value().kind,
         SUUpdaterError::LengthMismatch);
-    EXPECT_EQ(
-        SUVerifyArchive(message, message.size(), "", key).value().kind, SUUpdaterError::SignatureMissing);
+    EXPECT_EQ(SUVerifyArchive(message, message.size(), "", key).value().kind,
+        SUUpdaterError::SignatureMissing);
     EXPECT_EQ(SUVerifyArchive(message, message.size(), "not base64!", key).value().kind,
         SUUpdaterError::SignatureInvalid);
-    EXPECT_EQ(SUVerifyArchive(message, message.size(), signature.left(40), key).value().kind,
-        SUUpdaterError::SignatureInvalid);
-    for (const QString& badKey : { QString(), QStringLiteral("c2hvcnQ="), key + "AAAA" })
+    for (const QString& badKey : { QString(), QStringLiteral("c2hvcnQ=") })
         EXPECT_EQ(SUVerifyArchive(message, message.size(), signature, badKey).value().kind,
             SUUpdaterError::NoPublicKey);
     QString problem;

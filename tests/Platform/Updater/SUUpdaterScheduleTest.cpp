@@ -1,65 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "UpdaterFixture.h"
-#include "VariantKinds.h"
 
 namespace {
 
 using BackgroundCheck = UpdaterFixture;
 
-TEST_F(BackgroundCheck, ShowsAFoundUpdateButNothingElse)
+// Every check, a failed one too, is noted as a date.
+TEST_F(BackgroundCheck, ShowsAFoundUpdateButNothingElseAndNotesTheTime)
 {
+    const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
     ASSERT_TRUE(check(false));
     EXPECT_EQ(driver.calls, QStringList { "found" });
     EXPECT_FALSE(driver.found->userInitiated);
     driver.calls.clear();
     updater->setHostVersion("2.0");
     ASSERT_TRUE(check(false));
+    defaults->setObject(QDateTime::currentDateTimeUtc().addDays(-3), "SULastCheckTime");
     server.respond({ 404, "gone" });
     ASSERT_TRUE(check(false));
     EXPECT_TRUE(driver.calls.isEmpty());
     EXPECT_EQ(delegate.outcomes, QStringList({ "valid:2.0", "none", "abort" }));
-}
-
-using LastCheckTime = UpdaterFixture;
-
-TEST_F(LastCheckTime, IsWrittenAsADateAfterEveryCheck)
-{
-    EXPECT_FALSE(updater->lastUpdateCheckDate().isValid());
-    const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
-    ASSERT_TRUE(check(true));
-    const QVariant stored = defaults->objectForKey("SULastCheckTime");
-    EXPECT_EQ(stored.typeId(), QMetaType::QDateTime);
-    const QDateTime first = updater->lastUpdateCheckDate();
-    EXPECT_GE(first, before);
-    EXPECT_LE(first, QDateTime::currentDateTimeUtc().addSecs(1));
-
-    // A failed check counts as a check too.
-    defaults->setObject(QDateTime::currentDateTimeUtc().addDays(-3), "SULastCheckTime");
-    server.respond({ 500, {} });
-    ASSERT_TRUE(check(false));
+    EXPECT_EQ(defaults->objectForKey("SULastCheckTime").typeId(), QMetaType::QDateTime);
     EXPECT_GE(updater->lastUpdateCheckDate(), before);
-}
-
-using UpdaterSettings = UpdaterFixture;
-
-// Off and daily when set nowhere; text read as the defaults read it; written as booleans.
-TEST_F(UpdaterSettings, AreReadAndWrittenLikeTheDefaults)
-{
-    EXPECT_FALSE(updater->automaticallyChecksForUpdates());
-    EXPECT_FALSE(updater->automaticallyDownloadsUpdates());
-    defaults->setObject("soon", "SUScheduledCheckInterval");
-    EXPECT_EQ(updater->updateCheckInterval(), SUUpdater::defaultUpdateCheckInterval);
-    defaults->setObject(0, "SUScheduledCheckInterval");
-    EXPECT_EQ(updater->updateCheckInterval(), SUUpdater::defaultUpdateCheckInterval);
-    defaults->setObject("YES", "SUEnableAutomaticChecks");
-    EXPECT_TRUE(updater->automaticallyChecksForUpdates());
-
-    updater->setAutomaticallyChecksForUpdates(true);
-    updater->setAutomaticallyDownloadsUpdates(false);
-    ASSERT_TRUE(defaults->synchronize());
-    UserDefaults reread(defaults->domain());
-    EXPECT_TRUE(VariantKinds::same(reread.objectForKey("SUEnableAutomaticChecks"), true));
-    EXPECT_TRUE(VariantKinds::same(reread.objectForKey("SUAutomaticallyUpdate"), false));
+    EXPECT_LE(updater->lastUpdateCheckDate(), QDateTime::currentDateTimeUtc().addSecs(1));
 }
 
 using Schedule = UpdaterFixture;
@@ -115,18 +78,6 @@ TEST_F(Schedule, WaitsForTheRestOfTheIntervalButAtLeastAnHour)
     EXPECT_EQ(updater->nextUpdateCheckDate(), last.addSecs(4 * 3600));
     updater->setUpdateCheckInterval(10);
     EXPECT_EQ(updater->nextUpdateCheckDate(), last.addSecs(3600));
-}
-
-TEST_F(Schedule, StopsWhenAutomaticChecksAreTurnedOff)
-{
-    defaults->setObject(QDateTime::currentDateTimeUtc().addSecs(-600), "SULastCheckTime");
-    updater->setAutomaticallyChecksForUpdates(true);
-    updater->setAutomaticallyChecksForUpdates(false);
-    EXPECT_FALSE(updater->nextUpdateCheckDate().isValid());
-    // Forgetting the last check starts none either while checks are off.
-    defaults->setObject(QDateTime(), "SULastCheckTime");
-    TestEnvironment::waitUntil([] { return false; }, 300);
-    EXPECT_TRUE(server.requests().isEmpty());
 }
 
 }

@@ -10,9 +10,9 @@ namespace {
 // dash.
 TEST(VersionComparison, TheseAreTheSame)
 {
-    for (const auto& [a, b] : { std::pair { "1", "1.0.0" }, std::pair { "1.01", "1.1" },
-             std::pair { "2.0B1", "2.0b1" }, std::pair { "2.1-linux-x86_64", "2.1" },
-             std::pair { "", "0" } }) {
+    for (const auto& [a, b] :
+        { std::pair { "1", "1.0.0" }, std::pair { "1.01", "1.1" }, std::pair { "2.0B1", "2.0b1" },
+            std::pair { "2.1-linux-x86_64", "2.1" }, std::pair { "", "0" } }) {
         EXPECT_EQ(SUVersionComparison::compareVersions(a, b), 0) << a << " vs " << b;
         EXPECT_EQ(SUVersionComparison::compareVersions(b, a), 0) << b << " vs " << a;
     }
