@@ -7,14 +7,11 @@
 
 namespace {
 
-QVariantMap declaring(const char* key, const QString& identifier, const QVariant& extensions,
-    const QString& description = {})
+QVariantMap declaring(const char* key, const QString& identifier, const QVariant& extensions)
 {
-    QVariantMap declaration { { QStringLiteral("UTTypeIdentifier"), identifier },
+    const QVariantMap declaration { { QStringLiteral("UTTypeIdentifier"), identifier },
         { QStringLiteral("UTTypeTagSpecification"),
             QVariantMap { { QStringLiteral("public.filename-extension"), extensions } } } };
-    if (!description.isEmpty())
-        declaration.insert(QStringLiteral("UTTypeDescription"), description);
     return { { QString::fromLatin1(key), QVariantList { declaration } } };
 }
 

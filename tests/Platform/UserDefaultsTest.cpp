@@ -51,6 +51,12 @@ TEST(UserDefaults, ChangesReachTheFileOnTheirOwnWithTheirKinds)
     ASSERT_TRUE(TestEnvironment::waitUntil([] { return !fileContents().isEmpty(); }, 30000));
     EXPECT_TRUE(VariantKinds::same(
         fileContents(), QVariantMap { { "flag", false }, { "threshold", 1.5 } }));
+    // Pending changes are written when the object goes.
+    {
+        UserDefaults other(domain);
+        other.setObject(QString("kept"), "text");
+    }
+    EXPECT_EQ(fileContents().value("text"), QVariant(QString("kept")));
 }
 
 TEST(UserDefaults, SynchronizeTakesInOtherWritersButKeepsOwnChanges)

@@ -6,8 +6,6 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QFile>
-#include <QProcess>
 #include <gtest/gtest.h>
 
 namespace {
