@@ -19,6 +19,7 @@ QString fakeExecutor(const QByteArray& body)
 
 }
 
+// A dismissed password dialog is a cancel.
 TEST(PrivilegedExecutor, PassesArgumentsUntouchedAndReportsTheProgramsStatus)
 {
     const PrivilegedExecutor executor(fakeExecutor("exec \"$@\""));
@@ -35,11 +36,8 @@ TEST(PrivilegedExecutor, PassesArgumentsUntouchedAndReportsTheProgramsStatus)
     EXPECT_EQ(failed.status, PrivilegedExecutor::Status::Failed);
     EXPECT_EQ(failed.exitCode, 3);
     EXPECT_EQ(failed.errorOutput.trimmed(), QStringLiteral("no"));
-}
 
-TEST(PrivilegedExecutor, ADismissedDialogIsCanceled)
-{
-    const PrivilegedExecutor executor(fakeExecutor("exit 126"));
-    EXPECT_EQ(
-        executor.run(QStringLiteral("/bin/true"), {}).status, PrivilegedExecutor::Status::Canceled);
+    const PrivilegedExecutor dismissed(fakeExecutor("exit 126"));
+    EXPECT_EQ(dismissed.run(QStringLiteral("/bin/true"), {}).status,
+        PrivilegedExecutor::Status::Canceled);
 }

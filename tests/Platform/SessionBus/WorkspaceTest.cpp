@@ -6,8 +6,6 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QFile>
-#include <QProcess>
 #include <gtest/gtest.h>
 
 namespace {
@@ -23,49 +21,14 @@ bool fileManagerActivatable()
     return names.isValid() && names.value().contains(fileManagerName);
 }
 
-struct OpenCase {
-    const char* name;
-    QUrl url;
-    QString argument;
-};
-
-void PrintTo(const OpenCase& openCase, std::ostream* out) { *out << openCase.name; }
-
-class OpenURL : public testing::TestWithParam<OpenCase> { };
-
-TEST_P(OpenURL, HandsTheURLToTheOpener)
-{
-    FakeOpener opener;
-    ASSERT_TRUE(NSWorkspace::sharedWorkspace().openURL(GetParam().url));
-    ASSERT_TRUE(
-        TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 10000));
-    EXPECT_EQ(opener.recordedArguments(), QStringList { GetParam().argument });
-}
-
-INSTANTIATE_TEST_SUITE_P(Workspace, OpenURL,
-    testing::Values(
-        OpenCase { "QueryWithNonASCII", QUrl(QStringLiteral("https://tolvane.example/?q=Grüße")),
-            QStringLiteral("https://tolvane.example/?q=Gr%C3%BC%C3%9Fe") },
-        OpenCase { "FileWithBlank", file(QStringLiteral("/Users/x/a b.png")),
-            QStringLiteral("/Users/x/a b.png") }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-TEST(Workspace, OpenURLRefusesAnInvalidURLAndFailsWithoutAnOpener)
-{
-    FakeOpener opener;
-    EXPECT_FALSE(NSWorkspace::sharedWorkspace().openURL(QUrl()));
-    EXPECT_FALSE(NSWorkspace::sharedWorkspace().openURL(QUrl(QStringLiteral("http://[x"))));
-    opener.remove();
-    EXPECT_FALSE(
-        NSWorkspace::sharedWorkspace().openURL(QUrl(QStringLiteral("https://a.example/"))));
-}
-
+// Calls from one connection arrive in order: had the empty list made a call, it would come first.
 TEST(Workspace, ShowItemsGetsTheFilesInOrderAsEncodedURIs)
 {
     FakeOpener opener;
     FakeFileManager fileManager;
     ASSERT_TRUE(fileManager.registered());
 
+    NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({});
     NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({ file("/Users/x/a b.png"),
         file("/fonts/Grüße.otf"), file("/fonts/#1+2%.ttf"), file("/Users/x/a b.png") });
 
@@ -75,20 +38,6 @@ TEST(Workspace, ShowItemsGetsTheFilesInOrderAsEncodedURIs)
     EXPECT_EQ(fileManager.calls(), QList<QStringList> { expected });
     EXPECT_EQ(fileManager.startupIds(), QStringList { QString() });
     EXPECT_TRUE(opener.recordedArguments().isEmpty());
-}
-
-TEST(Workspace, AnEmptyListShowsNothing)
-{
-    FakeFileManager fileManager;
-    ASSERT_TRUE(fileManager.registered());
-
-    NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({});
-    // Calls from one connection arrive in order: had the empty list made a call, it would come
-    // before this one.
-    NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({ file("/a") });
-
-    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !fileManager.calls().isEmpty(); }, 10000));
-    EXPECT_EQ(fileManager.calls(), QList<QStringList> { QStringList { "file:///a" } });
 }
 
 TEST(Workspace, WithoutAFileManagerOpensOnlyAFolderThatHoldsTheFirstFile)
@@ -109,71 +58,6 @@ TEST(Workspace, WithoutAFileManagerOpensOnlyAFolderThatHoldsTheFirstFile)
     ASSERT_TRUE(
         TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 10000));
     EXPECT_EQ(opener.recordedArguments(), QStringList { folder });
-}
-
-TEST(Workspace, AFileManagerThatFailsIsNotReplacedByTheFolder)
-{
-    FakeOpener opener;
-    FakeFileManager fileManager(/*failing=*/true);
-    ASSERT_TRUE(fileManager.registered());
-
-    NSWorkspace::sharedWorkspace().activateFileViewerSelectingURLs({ file("/Users/x/a.png") });
-
-    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !fileManager.calls().isEmpty(); }, 10000));
-    EXPECT_FALSE(
-        TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 300));
-}
-
-// A bundle whose executable writes its arguments, and whether the process given in
-// $TOLVANE_WATCHED_PID still ran when it started, to launched.txt in the temporary home.
-QString recordingBundle()
-{
-    const QString bundle = TestEnvironment::home() + QStringLiteral("/Some App's.app");
-    TestEnvironment::writeFile(bundle + QStringLiteral("/Contents/Info.plist"),
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
-        "<key>CFBundleExecutable</key><string>run me</string></dict></plist>\n");
-    const QString executable = bundle + QStringLiteral("/Contents/Linux/run me");
-    TestEnvironment::writeFile(executable,
-        "#!/bin/sh\nstate=gone\n"
-        "[ -n \"$TOLVANE_WATCHED_PID\" ] && kill -0 \"$TOLVANE_WATCHED_PID\" 2>/dev/null "
-        "&& state=running\n"
-        "printf '%s\\n' \"$state\" \"$@\" > \"$HOME/launched.txt.part\"\n"
-        "mv \"$HOME/launched.txt.part\" \"$HOME/launched.txt\"\n");
-    QFile::setPermissions(executable, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    return bundle;
-}
-
-QStringList waitForLaunch()
-{
-    const QString record = TestEnvironment::home() + QStringLiteral("/launched.txt");
-    if (!TestEnvironment::waitUntil([&] { return QFile::exists(record); }, 10000))
-        return {};
-    return QString::fromUtf8(TestEnvironment::readFile(record))
-        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-}
-
-TEST(Workspace, LaunchesTheExecutableOfABundle)
-{
-    EXPECT_FALSE(NSWorkspace::sharedWorkspace().launchApplication(TestEnvironment::home()));
-    ASSERT_TRUE(NSWorkspace::sharedWorkspace().launchApplication(
-        recordingBundle(), { QStringLiteral("a b"), QStringLiteral("$(x)") }));
-    EXPECT_EQ(waitForLaunch(), (QStringList { "gone", "a b", "$(x)" }));
-}
-
-TEST(Workspace, ALaunchAfterAProcessWaitsForItsEnd)
-{
-    QProcess watched;
-    watched.start(QStringLiteral("sleep"), { QStringLiteral("600") });
-    ASSERT_TRUE(watched.waitForStarted());
-    qputenv("TOLVANE_WATCHED_PID", QByteArray::number(watched.processId()));
-
-    ASSERT_TRUE(NSWorkspace::sharedWorkspace().launchApplicationAfterProcessExits(
-        recordingBundle(), watched.processId()));
-    EXPECT_FALSE(QFile::exists(TestEnvironment::home() + QStringLiteral("/launched.txt")));
-    watched.kill();
-    watched.waitForFinished();
-    EXPECT_EQ(waitForLaunch(), QStringList { "gone" });
-    qunsetenv("TOLVANE_WATCHED_PID");
 }
 
 }

@@ -37,29 +37,20 @@ QByteArray InstallFixture::startedScript(const QByteArray& which)
           "mv \"$HOME/started.part\" \"$HOME/started\"\n";
 }
 
-QByteArray InstallFixture::archiveOf(const QString& version, const QString& identifier,
-    const QByteArray& script, UpdateArchives::Format format)
+QByteArray InstallFixture::archiveOf(const QString& version, const QString& identifier)
 {
     QTemporaryDir folder(TestEnvironment::home() + "/release-XXXXXX");
     const QString copy = folder.path() + "/Tolvane.app";
-    UpdateArchives::makeBundle(copy, identifier, version, script,
+    UpdateArchives::makeBundle(copy, identifier, version, startedScript("new"),
         { { "SUPublicEDKey", QString::fromLatin1(keys.publicKey.toBase64()) } });
     TestEnvironment::writeFile(
         copy + "/Contents/Resources/notes.txt", "version " + version.toUtf8());
-    return UpdateArchives::pack(UpdateArchives::entriesOf(copy), format);
+    return UpdateArchives::pack(UpdateArchives::entriesOf(copy), UpdateArchives::Format::TarXz);
 }
 
-QString InstallFixture::signatureOf(const QByteArray& archive) const
-{
-    return QString::fromLatin1(SUEd25519::sign(keys.secretKey, archive).toBase64());
-}
-
-void InstallFixture::publish(const QByteArray& archive, const QString& signature, qint64 length)
+void InstallFixture::publish(const QByteArray& archive)
 {
     server.respondTo("/Tolvane-2.0.tar.xz", { 200, archive });
-    const QString signatureAttribute = signature.isEmpty()
-        ? QString()
-        : QStringLiteral("sparkle:edSignature=\"%1\"").arg(signature);
     server.respond({ 200,
         QStringLiteral("<?xml version=\"1.0\"?>\n"
                        "<rss version=\"2.0\" "
@@ -67,11 +58,12 @@ void InstallFixture::publish(const QByteArray& archive, const QString& signature
                        "<channel><item><title>Version 2.0</title>"
                        "<sparkle:version>200</sparkle:version>"
                        "<sparkle:shortVersionString>2.0</sparkle:shortVersionString>"
-                       "<enclosure url=\"%1\" length=\"%2\" type=\"application/x-xz\" %3/>"
+                       "<enclosure url=\"%1\" length=\"%2\" type=\"application/x-xz\" "
+                       "sparkle:edSignature=\"%3\"/>"
                        "</item></channel></rss>\n")
             .arg(server.url("/Tolvane-2.0.tar.xz").toString())
-            .arg(length)
-            .arg(signatureAttribute)
+            .arg(archive.size())
+            .arg(QString::fromLatin1(SUEd25519::sign(keys.secretKey, archive).toBase64()))
             .toUtf8() });
 }
 

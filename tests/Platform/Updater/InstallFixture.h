@@ -19,19 +19,12 @@ class InstallFixture : public testing::Test {
 public:
     void SetUp() override;
 
-    // The archive of a bundle with the given identifier and version (a copy of Tolvane 2.0 unless
-    // told otherwise).
-    QByteArray archiveOf(const QString& version = "200",
-        const QString& identifier = "app.tolvane.Tolvane",
-        const QByteArray& script = startedScript("new"),
-        UpdateArchives::Format format = UpdateArchives::Format::TarXz);
-    QString signatureOf(const QByteArray& archive) const;
-    // Serves the archive and a feed that offers it with the given signature and length.
-    void publish(const QByteArray& archive, const QString& signature, qint64 length);
-    void publish(const QByteArray& archive)
-    {
-        publish(archive, signatureOf(archive), archive.size());
-    }
+    // The .tar.xz archive of a bundle with the given identifier and version (a copy of Tolvane 2.0
+    // unless told otherwise).
+    QByteArray archiveOf(
+        const QString& version = "200", const QString& identifier = "app.tolvane.Tolvane");
+    // Serves the archive and a feed that offers it, signed and with its length.
+    void publish(const QByteArray& archive);
     static QByteArray startedScript(const QByteArray& which);
 
     // Which copy started: "new", "old", or nothing.

@@ -40,12 +40,8 @@ TEST_P(UnpackFormat, KeepsFilesFoldersLinksAndExecutableBits)
     EXPECT_TRUE(QFileInfo(target + "/Tolvane.app/Contents/Linux/run").isExecutable());
 }
 
-INSTANTIATE_TEST_SUITE_P(Archives, UnpackFormat,
-    testing::Values(Format::TarXz, Format::TarGz, Format::Zip), [](const auto& info) {
-        return std::string(info.param == Format::TarXz ? "TarXz"
-                : info.param == Format::TarGz          ? "TarGz"
-                                                       : "Zip");
-    });
+INSTANTIATE_TEST_SUITE_P(
+    Archives, UnpackFormat, testing::Values(Format::TarXz, Format::TarGz, Format::Zip));
 
 struct HostileCase {
     const char* name;
@@ -87,20 +83,5 @@ INSTANTIATE_TEST_SUITE_P(Entries, HostileArchive,
         HostileCase {
             "HardLinkOut", { { "escaped", "../escaped", Entry::HardLink } }, { Format::TarGz } }),
     [](const auto& info) { return std::string(info.param.name); });
-
-TEST(Unarchiver, DamagedAndForeignDataIsRefused)
-{
-    const QString target = freshFolder("target");
-    QString source = freshFolder("source") + "/Tolvane.app";
-    UpdateArchives::makeBundle(source, "app.tolvane.Tolvane", "200", QByteArray(200000, 'x'));
-    const QByteArray archive
-        = UpdateArchives::pack(UpdateArchives::entriesOf(source), Format::TarXz);
-    QString error;
-    EXPECT_FALSE(SUUnarchiver::unpack(archive.left(archive.size() / 2), target, &error));
-    EXPECT_TRUE(error.contains("damaged")) << error.toStdString();
-    EXPECT_FALSE(SUUnarchiver::unpack("just some text, not an archive", target, &error));
-    EXPECT_FALSE(SUUnarchiver::unpack({}, target, &error));
-    EXPECT_FALSE(SUUnarchiver::unpack(archive, target + "/missing", &error));
-}
 
 }

@@ -5,90 +5,24 @@ namespace {
 
 using BackgroundCheck = UpdaterFixture;
 
-TEST_F(BackgroundCheck, ShowsAFoundUpdateButNothingElse)
+// Every check, a failed one too, is noted as a date.
+TEST_F(BackgroundCheck, ShowsAFoundUpdateButNothingElseAndNotesTheTime)
 {
+    const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
     ASSERT_TRUE(check(false));
     EXPECT_EQ(driver.calls, QStringList { "found" });
     EXPECT_FALSE(driver.found->userInitiated);
     driver.calls.clear();
     updater->setHostVersion("2.0");
     ASSERT_TRUE(check(false));
+    defaults->setObject(QDateTime::currentDateTimeUtc().addDays(-3), "SULastCheckTime");
     server.respond({ 404, "gone" });
     ASSERT_TRUE(check(false));
     EXPECT_TRUE(driver.calls.isEmpty());
     EXPECT_EQ(delegate.outcomes, QStringList({ "valid:2.0", "none", "abort" }));
-}
-
-using LastCheckTime = UpdaterFixture;
-
-TEST_F(LastCheckTime, IsWrittenAsADateAfterEveryCheck)
-{
-    EXPECT_FALSE(updater->lastUpdateCheckDate().isValid());
-    const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
-    ASSERT_TRUE(check(true));
-    const QVariant stored = defaults->objectForKey("SULastCheckTime");
-    EXPECT_EQ(stored.typeId(), QMetaType::QDateTime);
-    const QDateTime first = updater->lastUpdateCheckDate();
-    EXPECT_GE(first, before);
-    EXPECT_LE(first, QDateTime::currentDateTimeUtc().addSecs(1));
-
-    // A failed check counts as a check too.
-    defaults->setObject(QDateTime::currentDateTimeUtc().addDays(-3), "SULastCheckTime");
-    server.respond({ 500, {} });
-    ASSERT_TRUE(check(false));
+    EXPECT_EQ(defaults->objectForKey("SULastCheckTime").typeId(), QMetaType::QDateTime);
     EXPECT_GE(updater->lastUpdateCheckDate(), before);
-}
-
-using UpdaterSettings = UpdaterFixture;
-
-TEST_F(UpdaterSettings, AreOffAndDailyWhenSetNowhere)
-{
-    EXPECT_FALSE(updater->automaticallyChecksForUpdates());
-    EXPECT_FALSE(updater->automaticallyDownloadsUpdates());
-    EXPECT_EQ(updater->updateCheckInterval(), SUUpdater::defaultUpdateCheckInterval);
-    defaults->setObject(0, "SUScheduledCheckInterval");
-    EXPECT_EQ(updater->updateCheckInterval(), SUUpdater::defaultUpdateCheckInterval);
-    defaults->setObject("soon", "SUScheduledCheckInterval");
-    EXPECT_EQ(updater->updateCheckInterval(), SUUpdater::defaultUpdateCheckInterval);
-    updater->setUpdateCheckInterval(7200);
-    EXPECT_EQ(updater->updateCheckInterval(), 7200);
-}
-
-TEST_F(UpdaterSettings, RoundTripThroughTheDefaultsFileAsBooleans)
-{
-    int checkSignals = 0;
-    int downloadSignals = 0;
-    QObject::connect(updater.get(), &SUUpdater::automaticallyChecksForUpdatesChanged,
-        [&](bool) { ++checkSignals; });
-    QObject::connect(updater.get(), &SUUpdater::automaticallyDownloadsUpdatesChanged,
-        [&](bool) { ++downloadSignals; });
-
-    updater->setAutomaticallyChecksForUpdates(true);
-    updater->setAutomaticallyDownloadsUpdates(false);
-    updater->setAutomaticallyDownloadsUpdates(false); // signalled again, unchanged
-    EXPECT_EQ(checkSignals, 1);
-    EXPECT_EQ(downloadSignals, 2);
-    ASSERT_TRUE(defaults->synchronize());
-
-    UserDefaults reread(defaults->domain());
-    const QVariant checks = reread.objectForKey("SUEnableAutomaticChecks");
-    const QVariant downloads = reread.objectForKey("SUAutomaticallyUpdate");
-    EXPECT_EQ(checks.typeId(), QMetaType::Bool);
-    EXPECT_EQ(downloads.typeId(), QMetaType::Bool);
-    EXPECT_TRUE(checks.toBool());
-    EXPECT_FALSE(downloads.toBool());
-
-    SUUpdater other(reread, "1.0");
-    EXPECT_TRUE(other.automaticallyChecksForUpdates());
-    EXPECT_FALSE(other.automaticallyDownloadsUpdates());
-}
-
-TEST_F(UpdaterSettings, ReadTextValuesLikeTheDefaultsDo)
-{
-    defaults->setObject("YES", "SUEnableAutomaticChecks");
-    defaults->setObject("NO", "SUAutomaticallyUpdate");
-    EXPECT_TRUE(updater->automaticallyChecksForUpdates());
-    EXPECT_FALSE(updater->automaticallyDownloadsUpdates());
+    EXPECT_LE(updater->lastUpdateCheckDate(), QDateTime::currentDateTimeUtc().addSecs(1));
 }
 
 using Schedule = UpdaterFixture;
@@ -112,7 +46,8 @@ TEST(ScheduleStart, NothingIsRequestedBeforeTheUpdaterStartsAndThenWithTheParame
     SUUpdater updater(defaults, QStringLiteral("1.0"));
     updater.setFeedURL(server.url("/appcast.xml"));
     RecordingDelegate delegate;
-    delegate.parameters = { { { "key", "type" }, { "value", "RA" } } };
+    // A record without a key is left out; the query starts after a feed address without one.
+    delegate.parameters = { { { "value", "no key" } }, { { "key", "type" }, { "value", "RA" } } };
     updater.setDelegate(&delegate);
     // A check for nothing: a slow machine can make it miss a stray request, never fail it.
     TestEnvironment::waitUntil([] { return false; }, 300);
@@ -143,19 +78,6 @@ TEST_F(Schedule, WaitsForTheRestOfTheIntervalButAtLeastAnHour)
     EXPECT_EQ(updater->nextUpdateCheckDate(), last.addSecs(4 * 3600));
     updater->setUpdateCheckInterval(10);
     EXPECT_EQ(updater->nextUpdateCheckDate(), last.addSecs(3600));
-}
-
-TEST_F(Schedule, StopsWhenAutomaticChecksAreTurnedOff)
-{
-    defaults->setObject(QDateTime::currentDateTimeUtc().addSecs(-600), "SULastCheckTime");
-    updater->setAutomaticallyChecksForUpdates(true);
-    EXPECT_TRUE(updater->nextUpdateCheckDate().isValid());
-    updater->setAutomaticallyChecksForUpdates(false);
-    EXPECT_FALSE(updater->nextUpdateCheckDate().isValid());
-    // Forgetting the last check starts none either while checks are off.
-    defaults->setObject(QDateTime(), "SULastCheckTime");
-    TestEnvironment::waitUntil([] { return false; }, 300);
-    EXPECT_TRUE(server.requests().isEmpty());
 }
 
 }

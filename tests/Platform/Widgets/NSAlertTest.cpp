@@ -10,40 +10,34 @@
 
 namespace {
 
-// Presses a key or clicks a button of the modal alert once it is up, and notes the buttons'
-// titles from left to right.
+// Runs an action on the modal alert once it is up (a test that never shows one hangs until the
+// test's own time limit), and notes its title and the buttons' titles from left to right.
 class AlertDriver {
 public:
+    void act(std::function<void(QMessageBox*)> action)
+    {
+        QTimer::singleShot(0, [this, action] { poll(action); });
+    }
     void clickWhenShown(const QString& title)
     {
-        act([title](QMessageBox* box) { clickButton(box, title); });
+        act([title](QMessageBox* box) {
+            for (QAbstractButton* button : box->buttons()) {
+                if (button->text() == title)
+                    return button->click();
+            }
+            ADD_FAILURE() << "no button " << title.toStdString();
+            box->buttons().first()->click();
+        });
     }
     void pressWhenShown(Qt::Key key)
     {
         act([key](QMessageBox* box) { QTest::keyClick(box, key); });
     }
-    // Runs the action on the alert once it is up; a test that never shows one hangs until the
-    // test's own time limit.
-    void act(std::function<void(QMessageBox*)> action)
-    {
-        QTimer::singleShot(0, [this, action] { poll(action); });
-    }
 
     QStringList titlesLeftToRight;
     QString windowTitle;
-    bool shown = false;
 
 private:
-    static void clickButton(QMessageBox* box, const QString& title)
-    {
-        for (QAbstractButton* button : box->buttons()) {
-            if (button->text() == title)
-                return button->click();
-        }
-        ADD_FAILURE() << "no button " << title.toStdString();
-        box->buttons().first()->click();
-    }
-
     void poll(std::function<void(QMessageBox*)> action)
     {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
@@ -51,7 +45,6 @@ private:
             QTimer::singleShot(10, [this, action] { poll(action); });
             return;
         }
-        shown = true;
         windowTitle = box->windowTitle();
         QList<QAbstractButton*> buttons = box->buttons();
         std::sort(buttons.begin(), buttons.end(), [](QAbstractButton* a, QAbstractButton* b) {
@@ -63,135 +56,22 @@ private:
     }
 };
 
-std::unique_ptr<NSAlert> incompatibility()
-{
-    return NSAlert::alertWithMessageText(QStringLiteral("This version is incompatible"),
-        QStringLiteral("Check for Update"), QStringLiteral("Cancel"), QString(),
-        QStringLiteral("Visit our website."));
-}
-
+// The first given stands rightmost, as on the desktops that put the default last; Escape presses
+// the alternate button.
 TEST(ClassicAlert, ReturnsTheResultOfThePressedButton)
 {
+    QApplication::setApplicationDisplayName(QStringLiteral("Tolvane"));
     auto alert = NSAlert::alertWithMessageText(QStringLiteral("Save?"), QStringLiteral("Save"),
         QStringLiteral("Cancel"), QStringLiteral("Don't Save"), QStringLiteral("Or not."));
     AlertDriver driver;
     driver.clickWhenShown(QStringLiteral("Don't Save"));
     EXPECT_EQ(alert->runModal(), NSAlertOtherReturn);
-    // The first given stands rightmost, as on the desktops that put the default last.
-    EXPECT_EQ(driver.titlesLeftToRight,
-        (QStringList {
-            QStringLiteral("Don't Save"), QStringLiteral("Cancel"), QStringLiteral("Save") }));
-}
+    EXPECT_EQ(driver.titlesLeftToRight, QStringList({ "Don't Save", "Cancel", "Save" }));
+    EXPECT_EQ(driver.windowTitle, QStringLiteral("Tolvane"));
 
-TEST(ClassicAlert, KeepsItsTextsAndIsTitledWithTheApplication)
-{
-    QApplication::setApplicationDisplayName(QStringLiteral("Tolvane"));
-    auto alert = incompatibility();
-    EXPECT_EQ(alert->messageText(), QStringLiteral("This version is incompatible"));
-    EXPECT_EQ(alert->informativeText(), QStringLiteral("Visit our website."));
-    ASSERT_EQ(alert->buttons().size(), 2);
-    EXPECT_EQ(alert->window()->windowTitle(), QStringLiteral("Tolvane"));
-    EXPECT_EQ(alert->window()->defaultButton(), alert->buttons().at(0));
-}
-
-TEST(ClassicAlert, EscapePressesTheAlternateAndReturnTheDefaultButton)
-{
-    {
-        auto alert = incompatibility();
-        AlertDriver driver;
-        driver.pressWhenShown(Qt::Key_Escape);
-        EXPECT_EQ(alert->runModal(), NSAlertAlternateReturn);
-        EXPECT_TRUE(driver.shown);
-    }
-    {
-        auto alert = incompatibility();
-        AlertDriver driver;
-        driver.pressWhenShown(Qt::Key_Return);
-        EXPECT_EQ(alert->runModal(), NSAlertDefaultReturn);
-    }
-}
-
-TEST(ClassicAlert, NullTitlesLeaveButtonsOut)
-{
-    auto alone = NSAlert::alertWithMessageText(
-        QStringLiteral("Done"), QString(), QString(), QString(), QString());
-    ASSERT_EQ(alone->buttons().size(), 1);
-    EXPECT_EQ(alone->buttons().first()->text(), QStringLiteral("OK"));
-    AlertDriver driver;
-    driver.clickWhenShown(QStringLiteral("OK"));
-    EXPECT_EQ(alone->runModal(), NSAlertDefaultReturn);
-
-    auto withOther = NSAlert::alertWithMessageText(
-        QStringLiteral("?"), QStringLiteral("Yes"), QString(), QStringLiteral("Later"), QString());
-    AlertDriver otherDriver;
-    otherDriver.clickWhenShown(QStringLiteral("Later"));
-    EXPECT_EQ(withOther->runModal(), NSAlertOtherReturn);
-    EXPECT_EQ(otherDriver.titlesLeftToRight,
-        (QStringList { QStringLiteral("Later"), QStringLiteral("Yes") }));
-}
-
-TEST(ModernAlert, NumbersTheButtonsFromAThousandInTheOrderAdded)
-{
-    NSAlert alert;
-    alert.setMessageText(QStringLiteral("Move to Applications folder?"));
-    alert.addButtonWithTitle(QStringLiteral("Move to Applications Folder"));
-    alert.addButtonWithTitle(QStringLiteral("Do Not Move"));
-    alert.addButtonWithTitle(QStringLiteral("Help"));
-    AlertDriver driver;
-    driver.clickWhenShown(QStringLiteral("Help"));
-    EXPECT_EQ(alert.runModal(), NSAlertThirdButtonReturn);
-    EXPECT_EQ(driver.titlesLeftToRight,
-        (QStringList { QStringLiteral("Help"), QStringLiteral("Do Not Move"),
-            QStringLiteral("Move to Applications Folder") }));
-}
-
-TEST(ModernAlert, EscapePressesTheCancelButtonOnly)
-{
-    NSAlert alert;
-    alert.addButtonWithTitle(QStringLiteral("Quit"));
-    alert.addButtonWithTitle(QStringLiteral("Cancel"));
-    AlertDriver driver;
-    driver.pressWhenShown(Qt::Key_Escape);
-    EXPECT_EQ(alert.runModal(), NSAlertSecondButtonReturn);
-
-    // Without a cancel button Escape does nothing; the alert waits for a button.
-    NSAlert noCancel;
-    noCancel.addButtonWithTitle(QStringLiteral("Quit"));
-    noCancel.addButtonWithTitle(QStringLiteral("Keep"));
     AlertDriver escape;
-    bool stayed = false;
-    escape.act([&](QMessageBox* box) {
-        QTest::keyClick(box, Qt::Key_Escape);
-        stayed = box->isVisible();
-        box->buttons().first()->click();
-    });
-    noCancel.runModal();
-    EXPECT_TRUE(stayed);
-    EXPECT_EQ(noCancel.window()->escapeButton(), nullptr);
-}
-
-TEST(ModernAlert, SuppressionCheckBoxIsReadAfterTheRun)
-{
-    NSAlert alert;
-    alert.addButtonWithTitle(QStringLiteral("OK"));
-    EXPECT_FALSE(alert.showsSuppressionButton());
-    alert.setShowsSuppressionButton(true);
-    ASSERT_TRUE(alert.showsSuppressionButton());
-    EXPECT_FALSE(alert.suppressionButtonState());
-    EXPECT_EQ(alert.suppressionButton()->text(), QStringLiteral("Do not show this message again"));
-
-    AlertDriver driver;
-    driver.act([](QMessageBox* box) {
-        ASSERT_NE(box->checkBox(), nullptr);
-        EXPECT_TRUE(box->checkBox()->isVisible());
-        box->checkBox()->click();
-        box->buttons().first()->click();
-    });
-    EXPECT_EQ(alert.runModal(), NSAlertFirstButtonReturn);
-    EXPECT_TRUE(alert.suppressionButtonState());
-
-    alert.setShowsSuppressionButton(false);
-    EXPECT_FALSE(alert.showsSuppressionButton());
+    escape.pressWhenShown(Qt::Key_Escape);
+    EXPECT_EQ(alert->runModal(), NSAlertAlternateReturn);
 }
 
 }
