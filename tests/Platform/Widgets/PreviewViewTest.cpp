@@ -15,6 +15,7 @@
 #include <QTest>
 #include <QUrlQuery>
 #include <gtest/gtest.h>
+#include <signal.h>
 
 namespace {
 
@@ -164,6 +165,32 @@ TEST_F(PreviewViewTest, ALonePictureIsShownAndItsOutputFolderGoesWithTheItem)
     EXPECT_FALSE(QFileInfo::exists(second));
 }
 
+TEST_F(PreviewViewTest, ChangingTheItemWhileTheGeneratorRunsKillsWhatItStarted)
+{
+    const QString childFile = TestEnvironment::home() + QStringLiteral("/child");
+    installGenerator("sleep 1000 & echo $! > \"$HOME/child.part\"; mv \"$HOME/child.part\" "
+                     "\"$HOME/child\"; wait");
+    QSignalSpy done(&m_view, &PreviewView::previewFinished);
+    m_view.setPreviewItem(std::make_shared<FileItem>(m_file));
+    EXPECT_EQ(m_view.state(), PreviewView::State::Working);
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return QFile::exists(childFile); }, 20000));
+    const pid_t child = TestEnvironment::readFile(childFile).trimmed().toInt();
+    ASSERT_GT(child, 0);
+    const QString folder = m_view.outputFolder();
+    m_view.setPreviewItem(nullptr);
+    EXPECT_FALSE(QFileInfo::exists(folder));
+    EXPECT_EQ(m_view.state(), PreviewView::State::Nothing);
+    // Gone, or a zombie waiting for whoever inherited it.
+    EXPECT_TRUE(TestEnvironment::waitUntil(
+        [child] {
+            return kill(child, 0) != 0
+                || TestEnvironment::readFile(QStringLiteral("/proc/%1/stat").arg(child))
+                       .contains(") Z ");
+        },
+        10000));
+    EXPECT_TRUE(done.isEmpty());
+}
+
 // A generator that writes a hostile page: whatever its script, refresh, form or frame attempt,
 // nothing leaves without a click and nothing outside the page's folder is read.
 class HostilePageTest : public PreviewViewTest {
@@ -259,6 +286,31 @@ TEST_F(HostilePageTest, NothingLeavesWithoutAClickAndNothingOutsideIsRead)
     EXPECT_EQ(commands.size(), 1);
     EXPECT_EQ(commands.first().first().toUrl(), QUrl("tolvane://reveal/font?path=%2Fa"));
     EXPECT_EQ(m_view.state(), PreviewView::State::WebPage);
+}
+
+// A page that takes 1.5 GB of memory for its script: its process stops at the limit, and the
+// card says why.
+TEST_F(HostilePageTest, APageBeyondItsMemoryLimitShowsTheCard)
+{
+    TestEnvironment::writeFile(TestEnvironment::home() + QStringLiteral("/page.html"), R"(<html>
+<body><script>
+const kept = [];
+function more() {
+  if (kept.length == 24) { location.href = "https://survived.example/"; return; }
+  kept.push(new Array(8 << 20).fill(kept.length + 0.5));
+  setTimeout(more, 0);
+}
+window.addEventListener("load", more);
+</script></body></html>)");
+    m_view.setPageMemoryLimit(qint64(512) << 20);
+    QSignalSpy refused(&m_view, &PreviewView::navigationRefused);
+    preview(std::chrono::seconds(60));
+    ASSERT_TRUE(TestEnvironment::waitUntil(
+        [&] { return m_view.state() == PreviewView::State::Card || !refused.isEmpty(); }, 120000));
+    EXPECT_TRUE(refused.isEmpty()) << "the page got all of its 1.5 GB";
+    EXPECT_EQ(m_view.state(), PreviewView::State::Card);
+    EXPECT_TRUE(m_view.reason().contains(QStringLiteral("512 MB")))
+        << m_view.reason().toStdString();
 }
 
 }
