@@ -18,7 +18,6 @@
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
-#include <QThread>
 #include <QTimer>
 #include <cstdio>
 #include <gtest/gtest.h>
@@ -60,7 +59,7 @@ TEST(UnsupportedSystem, ShowsTheAlertAndEndsWithStatusZeroHavingOpenedTheWebsite
         const char* system;
         const char* shownVersion;
         const char* button;
-    } cases[] = { { "3.9.0", "3\\.9", "Check for Update" }, { "2.6.32", "2\\.6\\.32", "Cancel" } };
+    } cases[] = { { "2.6.32", "2\\.6\\.32", "Cancel" }, { "3.9.0", "3\\.9", "Check for Update" } };
     for (const auto& c : cases) {
         EXPECT_EXIT(
             {
@@ -80,9 +79,8 @@ TEST(UnsupportedSystem, ShowsTheAlertAndEndsWithStatusZeroHavingOpenedTheWebsite
                 .toStdString());
     }
     // The children share the home folder, so what they opened is seen here: the website once,
-    // for "Check for Update" and not for "Cancel". The opener may still be on its way.
+    // for "Check for Update" and not for "Cancel" (which came first).
     TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 5000);
-    QThread::msleep(200);
     EXPECT_EQ(opener.recordedArguments(), QStringList { "https://tolvane.example/" });
 }
 
@@ -93,13 +91,18 @@ void suppressMoveOffer()
     UserDefaults::standardUserDefaults().setBool(true, "moveToApplicationsFolderAlertSuppress");
 }
 
-TEST(SupportedSystem, RegistersTheHandlerAndTheSettingsAndGoesOn)
+void launchOnSupportedSystem()
 {
     qputenv("TOLVANE_SYSTEM_VERSION", "3.10.0");
     suppressMoveOffer();
     TLAppDelegate delegate;
     delegate.applicationWillFinishLaunching();
     EXPECT_TRUE(NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing"));
+}
+
+TEST(SupportedSystem, RegistersTheHandlerAndTheSettingsAndGoesOn)
+{
+    launchOnSupportedSystem();
     const QVariantMap registered = UserDefaults::standardUserDefaults().registeredDefaults();
     for (const QString& key : VTDefaults().keys())
         EXPECT_TRUE(VariantKinds::same(registered.value(key), VTDefaults().value(key)))
@@ -110,31 +113,20 @@ TEST(SupportedSystem, RegistersTheHandlerAndTheSettingsAndGoesOn)
 
 TEST(SupportedSystem, APreferencesFileItCannotReadDoesNotStopTheLaunch)
 {
-    qputenv("TOLVANE_SYSTEM_VERSION", "3.10.0");
     ASSERT_TRUE(PropertyList::writeXmlAtomically(
         QVariantMap { { "Preferences Version", 2.0 } }, VTPreferencesPath()));
-    suppressMoveOffer();
-    TLAppDelegate delegate;
-    delegate.applicationWillFinishLaunching();
-    EXPECT_TRUE(NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing"));
+    launchOnSupportedSystem();
     EXPECT_FALSE(UserDefaults::standardUserDefaults().registeredDefaults().contains("UseLoupe"));
 }
 
-struct UnreadableCase {
-    const char* name;
-    QByteArray contents;
-};
-void PrintTo(const UnreadableCase& value, std::ostream* out) { *out << value.name; }
-
-class UnreadablePreferences : public testing::TestWithParam<UnreadableCase> { };
-
 // The launch writes its own keys; the user's settings in a file it cannot read are moved aside,
 // said in one line, and never deleted. The new file is readable, so the next launch moves nothing.
-TEST_P(UnreadablePreferences, AreMovedAsideWithOneWarning)
+TEST(UnreadablePreferences, AreMovedAsideWithOneWarning)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const QString path = UserDefaults::pathForDomain(Bundle::mainBundle().bundleIdentifier());
-    TestEnvironment::writeFile(path, GetParam().contents);
+    const QByteArray truncated = "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>Use";
+    TestEnvironment::writeFile(path, truncated);
     EXPECT_EXIT(
         {
             qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
@@ -156,126 +148,103 @@ TEST_P(UnreadablePreferences, AreMovedAsideWithOneWarning)
     const QDir folder = QFileInfo(path).dir();
     const QStringList aside = folder.entryList({ QFileInfo(path).fileName() + ".unreadable-*" });
     ASSERT_EQ(aside.size(), 1);
-    EXPECT_EQ(TestEnvironment::readFile(folder.filePath(aside.first())), GetParam().contents);
-    const auto fresh = PropertyList::readDictionary(path);
-    ASSERT_TRUE(fresh);
-    EXPECT_EQ(fresh->value("SUEnableAutomaticChecks"), QVariant(true));
+    EXPECT_EQ(TestEnvironment::readFile(folder.filePath(aside.first())), truncated);
+    EXPECT_EQ(
+        PropertyList::readDictionary(path).value_or(QVariantMap()).value("SUEnableAutomaticChecks"),
+        QVariant(true));
 }
 
-QByteArray nestedDeeperThanTheReaderAllows()
+// Automatic checks are turned on unless the user turned them off, and the launch-time check runs
+// only up to 10.9.
+TEST(FinishLaunching, TurnsOnChecksAndStartsTheBackgroundCheckOnlyUpToTen9)
 {
-    return "<plist version=\"1.0\"><dict><key>k</key>" + QByteArray("<array>").repeated(600)
-        + QByteArray("</array>").repeated(600) + "</dict></plist>";
-}
-
-INSTANTIATE_TEST_SUITE_P(Files, UnreadablePreferences,
-    testing::Values(UnreadableCase { "truncated",
-                        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>UseLoupe</key>" },
-        UnreadableCase { "arrayAtTheTop", "<plist version=\"1.0\"><array><true/></array></plist>" },
-        UnreadableCase { "nestedTooDeep", nestedDeeperThanTheReaderAllows() }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-struct FinishCase {
-    const char* name;
-    const char* system;
-    QVariant storedAutomaticChecks;
-    bool expectChecks;
-    bool expectBackgroundCheck;
-};
-void PrintTo(const FinishCase& value, std::ostream* out) { *out << value.name; }
-
-class FinishLaunching : public testing::TestWithParam<FinishCase> { };
-
-TEST_P(FinishLaunching, TurnsOnChecksAndStartsTheBackgroundCheckOnlyUpToTen9)
-{
-    const FinishCase& c = GetParam();
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            qputenv("TOLVANE_SYSTEM_VERSION", c.system);
-            UserDefaults& defaults = UserDefaults::standardUserDefaults();
-            defaults.setObject(c.storedAutomaticChecks, "SUEnableAutomaticChecks");
-            defaults.setObject(QString("0.1"), "Preferences Application Version");
-            SUUpdater* updater = SUUpdater::sharedUpdater();
-            bool finished = false;
-            QObject::connect(
-                updater, &SUUpdater::updateCheckFinished, [&finished] { finished = true; });
-            TLAppDelegate delegate;
-            delegate.setLaunchUpdateChecksDelay(std::chrono::milliseconds(0));
-            // The delayed checks start the updater's before the generator's: when the generator's
-            // starts, the updater's has started (and may have ended) or never will.
-            QObject::connect(
-                &delegate, &TLAppDelegate::generatorUpdateCheckRunning, [&](bool running) {
-                    if (!running)
-                        return;
-                    const bool started = finished || updater->updateInProgress();
-                    std::fprintf(stderr, "checks %s background %d version %s\n",
-                        defaults.objectForKey("SUEnableAutomaticChecks").toString().toUtf8().data(),
-                        started,
-                        defaults.objectForKey("Preferences Application Version")
-                            .toString()
-                            .toUtf8()
-                            .data());
-                    std::_Exit(0);
-                });
-            delegate.applicationDidFinishLaunching();
-            // Even a delay of zero waits for the event loop.
-            if (updater->updateInProgress())
-                std::_Exit(2);
-            TestEnvironment::waitUntil([] { return false; }, 120000);
-            std::_Exit(3);
-        },
-        testing::ExitedWithCode(0),
-        QStringLiteral("checks %1 background %2 version 2\\.5")
-            .arg(c.expectChecks ? "true" : "false")
-            .arg(int(c.expectBackgroundCheck))
-            .toStdString());
+    const struct {
+        const char* system;
+        QVariant storedChecks;
+        const char* expected;
+    } cases[] = {
+        { "10.9.0", QVariant(), "checks true background 1" },
+        { "10.10.0", QVariant(), "checks true background 0" },
+        { "10.8.5", QVariant(false), "checks false background 0" },
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.system);
+        EXPECT_EXIT(
+            {
+                qputenv("TOLVANE_SYSTEM_VERSION", c.system);
+                UserDefaults& defaults = UserDefaults::standardUserDefaults();
+                defaults.setObject(c.storedChecks, "SUEnableAutomaticChecks");
+                defaults.setObject(QString("0.1"), "Preferences Application Version");
+                SUUpdater* updater = SUUpdater::sharedUpdater();
+                bool finished = false;
+                QObject::connect(
+                    updater, &SUUpdater::updateCheckFinished, [&finished] { finished = true; });
+                TLAppDelegate delegate;
+                delegate.setLaunchUpdateChecksDelay(std::chrono::milliseconds(0));
+                // The delayed checks start the updater's before the generator's: when the
+                // generator's starts, the updater's has started (and may have ended) or never will.
+                QObject::connect(
+                    &delegate, &TLAppDelegate::generatorUpdateCheckRunning, [&](bool running) {
+                        if (!running)
+                            return;
+                        std::fprintf(stderr, "checks %s background %d version %s\n",
+                            qPrintable(defaults.objectForKey("SUEnableAutomaticChecks").toString()),
+                            finished || updater->updateInProgress(),
+                            qPrintable(defaults.stringForKey("Preferences Application Version")));
+                        std::_Exit(0);
+                    });
+                delegate.applicationDidFinishLaunching();
+                // Even a delay of zero waits for the event loop.
+                if (updater->updateInProgress())
+                    std::_Exit(2);
+                TestEnvironment::waitUntil([] { return false; }, 120000);
+                std::_Exit(3);
+            },
+            testing::ExitedWithCode(0), std::string(c.expected) + " version 2\\.5");
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Launches, FinishLaunching,
-    testing::Values(FinishCase { "firstLaunchOn10_9", "10.9.0", QVariant(), true, true },
-        FinishCase { "firstLaunchOn10_10", "10.10.0", QVariant(), true, false },
-        FinishCase { "checksTurnedOffOn10_8", "10.8.5", QVariant(false), false, false },
-        FinishCase { "kernel6", "6.1.0", QVariant(), true, true }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-// The application as it runs: a server stands in for the feed, automatic checks are on and the
-// last check is long past, so that a schedule that ran would ask at once.
-void prepareRun(HttpTestServer& server, const QVariant& lastCheck)
+// The application as it runs, in a death test's child: a server stands in for the feed and
+// automatic checks are on, with the last check as given. `poll` runs every 20 ms and ends the
+// child once it has seen what it waits for.
+[[noreturn]] void runApplication(
+    const char* system, const QVariant& lastCheck, const std::function<void(HttpTestServer&)>& poll)
 {
+    qputenv("TOLVANE_SYSTEM_VERSION", system);
+    HttpTestServer server;
     suppressMoveOffer();
-    UserDefaults& defaults = UserDefaults::standardUserDefaults();
-    defaults.setBool(true, "SUEnableAutomaticChecks");
-    defaults.setObject(lastCheck, "SULastCheckTime");
+    UserDefaults::standardUserDefaults().setBool(true, "SUEnableAutomaticChecks");
+    UserDefaults::standardUserDefaults().setObject(lastCheck, "SULastCheckTime");
     SUUpdater::sharedUpdater()->setFeedURL(server.url("/appcast.xml"));
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        // Not again while it spins the event loop itself.
+        timer.stop();
+        poll(server);
+        timer.start();
+    });
+    timer.start(20);
+    TLApplication application(*qApp);
+    application.run();
+    std::_Exit(3);
 }
 
-int visibleWindowsBesides(QWidget* window)
-{
-    int count = 0;
-    for (QWidget* widget : QApplication::topLevelWidgets())
-        count += widget->isVisible() && widget != window;
-    return count;
-}
+const QVariant longAgo = QDateTime::currentDateTimeUtc().addDays(-2);
 
 // Part of the launch that never finishes: while the incompatibility alert is up, a later launch
 // hands over a file and the schedule's time has come; neither may do anything.
 TEST(BlockedInstance, HandlesNoForwardedFileAndRequestsNoFeed)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const QString document = TestEnvironment::home() + "/Poster.eps";
+    TestEnvironment::writeFile(document, "%!PS-Adobe-3.0 EPSF-3.0\n");
     EXPECT_EXIT(
-        {
-            qputenv("TOLVANE_SYSTEM_VERSION", "3.9.0");
-            HttpTestServer server;
-            prepareRun(server, QDateTime::currentDateTimeUtc().addDays(-2));
-            const QString document = TestEnvironment::home() + "/Poster.eps";
-            TestEnvironment::writeFile(document, "%!PS-Adobe-3.0 EPSF-3.0\n");
-            QTimer poll;
-            QObject::connect(&poll, &QTimer::timeout, [&] {
+        runApplication("3.9.0", longAgo,
+            [&](HttpTestServer& server) {
                 auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
                 if (!box)
                     return;
-                poll.stop();
                 QProcess later;
                 later.start("gdbus",
                     { "call", "--session", "--dest", "app.tolvane.AppTests", "--object-path",
@@ -283,69 +252,47 @@ TEST(BlockedInstance, HandlesNoForwardedFileAndRequestsNoFeed)
                         "['" + QUrl::fromLocalFile(document).toString() + "']", "{}" });
                 TestEnvironment::waitUntil(
                     [&] { return later.state() == QProcess::NotRunning; }, 30000);
-                // Long enough for a zero-delay timer and the forwarded request to be handled.
+                // Long enough for a zero-delay timer and the forwarded request.
                 TestEnvironment::waitUntil([] { return false; }, 500);
+                int windows = 0;
+                for (QWidget* widget : QApplication::topLevelWidgets())
+                    windows += widget->isVisible() && widget != box;
                 std::fprintf(stderr, "forwarded %d windows %d requests %d\n", later.exitCode() == 0,
-                    visibleWindowsBesides(box), int(server.requests().size()));
-                for (QAbstractButton* button : box->buttons()) {
-                    if (button->text() == "Cancel")
-                        button->click();
-                }
-            });
-            poll.start(20);
-            TLApplication application(*qApp);
-            application.run();
-            std::exit(3);
-        },
+                    windows, int(server.requests().size()));
+                std::_Exit(0);
+            }),
         testing::ExitedWithCode(0), "forwarded 1 windows 0 requests 0");
 }
 
 TEST(LaunchedInstance, ChecksOnScheduleAfterLaunchingWithTheDelegatesParameters)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            // Past the launch-time check's bound: what comes is the schedule's.
-            qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
-            HttpTestServer server;
-            prepareRun(server, QDateTime::currentDateTimeUtc().addDays(-2));
-            QTimer poll;
-            QObject::connect(&poll, &QTimer::timeout, [&] {
-                if (server.requests().isEmpty())
-                    return;
-                std::fprintf(stderr, "request %s\n", server.requests()[0].requestLine.constData());
-                std::_Exit(0);
-            });
-            poll.start(20);
-            TLApplication application(*qApp);
-            application.run();
-            std::_Exit(3);
-        },
+    // Past the launch-time check's bound: what comes is the schedule's.
+    EXPECT_EXIT(runApplication("11.0.0", longAgo,
+                    [](HttpTestServer& server) {
+                        if (server.requests().isEmpty())
+                            return;
+                        std::fprintf(
+                            stderr, "request %s\n", server.requests()[0].requestLine.constData());
+                        std::_Exit(0);
+                    }),
         testing::ExitedWithCode(0), "request GET /appcast.xml\\?.*type=RA.* HTTP/1.1");
 }
 
 TEST(LaunchedInstance, AFirstStartRecordsTheTimeAndChecksOneIntervalLater)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
-            HttpTestServer server;
-            prepareRun(server, QVariant());
-            const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
-            QTimer::singleShot(500, [&] {
-                SUUpdater* updater = SUUpdater::sharedUpdater();
-                std::fprintf(stderr, "recorded %d interval %lld requests %d\n",
-                    updater->lastUpdateCheckDate() >= before,
-                    updater->lastUpdateCheckDate().secsTo(updater->nextUpdateCheckDate()),
-                    int(server.requests().size()));
-                std::_Exit(0);
-            });
-            TLApplication application(*qApp);
-            application.run();
-            std::_Exit(3);
-        },
-        testing::ExitedWithCode(0), "recorded 1 interval 86400 requests 0");
+    EXPECT_EXIT(runApplication("11.0.0", QVariant(),
+                    [](HttpTestServer& server) {
+                        SUUpdater* updater = SUUpdater::sharedUpdater();
+                        if (!updater->lastUpdateCheckDate().isValid())
+                            return;
+                        std::fprintf(stderr, "interval %lld requests %d\n",
+                            updater->lastUpdateCheckDate().secsTo(updater->nextUpdateCheckDate()),
+                            int(server.requests().size()));
+                        std::_Exit(0);
+                    }),
+        testing::ExitedWithCode(0), "interval 86400 requests 0");
 }
 
 }
