@@ -23,7 +23,7 @@ QMap<QString, QString> parameters(bool sendingSystemProfile)
 }
 
 // The test bundle has a name and a version but no "QXAppID".
-TEST(FeedParameters, DescribeTheApplicationSystemAndProcessor)
+TEST(FeedParameters, DescribeTheApplicationSystemAndProcessorAndNeedALanguage)
 {
     qputenv("TOLVANE_SYSTEM_VERSION", "10.13");
     UserDefaults::standardUserDefaults().setObject(
@@ -43,6 +43,10 @@ TEST(FeedParameters, DescribeTheApplicationSystemAndProcessor)
     };
     EXPECT_EQ(parameters(false), expected);
     EXPECT_EQ(parameters(true).value("profile"), "true");
+    // Without a language the call aborts.
+    UserDefaults::standardUserDefaults().setObject(QVariantList {}, "AppleLanguages");
+    TLAppDelegate delegate;
+    EXPECT_THROW(delegate.feedParametersForUpdater(nullptr, false), NSException);
 }
 
 // The standard defaults take the desktop's languages when first used, so this sets them first
@@ -52,13 +56,6 @@ TEST(FeedParameters, LanguageComesFromTheDesktopWhenNotSet)
     qputenv("LANGUAGE", "fr_CA:de_DE");
     UserDefaults::standardUserDefaults().removeObjectForKey("AppleLanguages");
     EXPECT_EQ(parameters(false).value("lang"), "fr-CA");
-}
-
-TEST(FeedParameters, AnEmptyLanguageListAbortsTheCall)
-{
-    UserDefaults::standardUserDefaults().setObject(QVariantList {}, "AppleLanguages");
-    TLAppDelegate delegate;
-    EXPECT_THROW(delegate.feedParametersForUpdater(nullptr, false), NSException);
 }
 
 }

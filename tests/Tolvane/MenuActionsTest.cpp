@@ -5,6 +5,7 @@
 #include "SUUpdater.h"
 #include "TLAppDelegate.h"
 #include "TestEnvironment.h"
+#include "UserDefaults.h"
 
 #include <QApplication>
 #include <QPointer>
@@ -13,8 +14,9 @@
 
 namespace {
 
-TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParameters)
+TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParametersEscaped)
 {
+    UserDefaults::standardUserDefaults().setObject(QVariantList { "fr-CA&x=1" }, "AppleLanguages");
     HttpTestServer server;
     server.respond({ 404, {} });
     SUUpdater* updater = SUUpdater::sharedUpdater();
@@ -23,15 +25,15 @@ TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParameters)
     QObject::connect(updater, &SUUpdater::updateCheckFinished, [&finished] { finished = true; });
     {
         TLAppDelegate delegate;
-        ASSERT_NE(updater->delegate(), &delegate);
         delegate.checkForUpdate();
         EXPECT_EQ(updater->delegate(), &delegate);
         ASSERT_TRUE(TestEnvironment::waitUntil([&] { return finished; }, 60000));
         updater->setDelegate(nullptr);
     }
     ASSERT_EQ(server.requests().size(), 1);
-    EXPECT_TRUE(server.requests()[0].requestLine.contains("type=RA"))
-        << server.requests()[0].requestLine.data();
+    const QByteArray request = server.requests()[0].requestLine;
+    EXPECT_TRUE(request.contains("type=RA")) << request.data();
+    EXPECT_TRUE(request.contains("lang=fr-CA%26x%3D1")) << request.data();
 }
 
 TEST(MenuActions, FeedbackAndSupportOpensTheSupportPage)
@@ -51,21 +53,20 @@ TEST(MenuActions, TheAboutWindowShownTwiceIsOneWindowAtATime)
     QList<QPointer<QWidget>> shown;
     for (int showing = 0; showing < 2; ++showing) {
         QTimer::singleShot(0, [&] {
-            QList<QWidget*> visible;
-            for (QWidget* widget : QApplication::topLevelWidgets()) {
-                if (widget->isVisible())
-                    visible.append(widget);
+            QWidget* window = QApplication::activeModalWidget();
+            int visible = 0;
+            for (QWidget* widget : QApplication::topLevelWidgets())
+                visible += widget->isVisible();
+            EXPECT_EQ(visible, 1);
+            if (!window) {
+                ADD_FAILURE() << "no modal window";
+                QApplication::closeAllWindows();
+                return;
             }
-            EXPECT_EQ(visible.size(), 1);
-            if (!visible.isEmpty()) {
-                EXPECT_EQ(visible.first(), QApplication::activeModalWidget());
-                QWidget* window = visible.first();
-                EXPECT_TRUE(TestEnvironment::waitUntil(
-                    [window] { return window->isActiveWindow(); }, 10000));
-                shown.append(visible.first());
-            }
-            for (QWidget* widget : visible)
-                widget->close();
+            EXPECT_TRUE(
+                TestEnvironment::waitUntil([window] { return window->isActiveWindow(); }, 10000));
+            shown.append(window);
+            window->close();
         });
         delegate.showAboutWindow();
     }

@@ -59,8 +59,7 @@ protected:
         return controller->contentView()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
     }
 
-    template <typename Control>
-    Control* control(const char* name)
+    template <typename Control> Control* control(const char* name)
     {
         for (QWidget* pane :
             { controller->aboutView(), controller->settingsView(), controller->quickLookView() }) {
@@ -228,7 +227,7 @@ TEST_F(PreferencesWindowTest, EachControlShowsTheDefaultAndWritesItsKeyWithTheKe
     }
     EXPECT_EQ(control<QComboBox>("backgroundColorComboBox")->currentText(),
         VTDefaults().value(imageBackgroundColorName).toString());
-    EXPECT_EQ(std::size(cases) + 3, VTDefaults().size())
+    EXPECT_EQ(qsizetype(std::size(cases)) + 3, VTDefaults().size())
         << "every setting but the background (two keys) and the last check has a control";
 }
 

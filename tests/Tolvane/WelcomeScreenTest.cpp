@@ -91,37 +91,27 @@ TEST_F(WelcomeScreen, TheFirstShowingBuildsAndPlacesThePanelLaterOnesBringItBack
     EXPECT_FALSE(screen->showAtStartupCheck()->isChecked());
 }
 
+// Without a delegate there is no panel and no type to send.
 TEST(WelcomeScreenWithoutDelegate, ShowsNothingAndSendsNoType)
 {
     QXWelcomeScreen screen;
     screen.showWithRef(QXWelcomeScreen::First);
     EXPECT_EQ(screen.panel(), nullptr);
     EXPECT_FALSE(screen.appInfo().contains("type"));
-
-    RecordingDelegate delegate;
-    delegate.type = QString();
-    QXWelcomeScreen withDelegate(&delegate);
-    EXPECT_FALSE(withDelegate.appInfo().contains("type"));
-    EXPECT_EQ(withDelegate.appInfo().value("show"), QVariant("first"));
+    EXPECT_EQ(screen.appInfo().value("show"), QVariant("first"));
 }
 
+// An empty frame of the page names nothing to open elsewhere.
 TEST(WelcomeScreenNavigation, OnlyTheWelcomeHostStaysInThePanel)
 {
     FakeOpener browser;
     QXWelcomeScreen screen;
-    EXPECT_TRUE(screen.decidePolicyForNavigation(QUrl("https://welcome.example/tolvane/more")));
-    EXPECT_TRUE(screen.decidePolicyForNavigation(QUrl("http://welcome.example:8080/")));
-    // An empty frame of the page names nothing to open elsewhere.
+    EXPECT_TRUE(screen.decidePolicyForNavigation(QUrl("http://welcome.example:8080/tolvane/more")));
     EXPECT_TRUE(screen.decidePolicyForNavigation(QUrl("about:blank")));
     EXPECT_FALSE(screen.decidePolicyForNavigation(QUrl("https://www.welcome.example/")));
-    EXPECT_FALSE(screen.decidePolicyForNavigation(QUrl("mailto:help@welcome.example")));
     ASSERT_TRUE(
-        TestEnvironment::waitUntil([&] { return browser.recordedArguments().size() == 2; }, 10000));
-    // The two openers run side by side, so they may record in either order.
-    QStringList opened = browser.recordedArguments();
-    opened.sort();
-    EXPECT_EQ(
-        opened, (QStringList { "https://www.welcome.example/", "mailto:help@welcome.example" }));
+        TestEnvironment::waitUntil([&] { return !browser.recordedArguments().isEmpty(); }, 10000));
+    EXPECT_EQ(browser.recordedArguments(), QStringList { "https://www.welcome.example/" });
 }
 
 }
