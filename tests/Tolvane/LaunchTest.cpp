@@ -24,66 +24,6 @@
 
 namespace {
 
-// Answers the next modal alert with the button of that text, after noting what the alert says and
-// what the launch had done by then.
-void answerAlertWith(const QString& button)
-{
-    QTimer::singleShot(50, [button] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box) {
-            answerAlertWith(button);
-            return;
-        }
-        const bool handlerRegistered
-            = NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing");
-        const bool defaultsRegistered
-            = UserDefaults::standardUserDefaults().registeredDefaults().contains("UseLoupe");
-        std::fprintf(stderr, "alert: %s | %s | handler %d defaults %d\n",
-            box->text().toUtf8().constData(), box->informativeText().toUtf8().constData(),
-            handlerRegistered, defaultsRegistered);
-        for (QAbstractButton* candidate : box->buttons()) {
-            if (candidate->text() == button)
-                candidate->click();
-        }
-    });
-}
-
-// Each launch runs in a fresh child process: the system version is read once per process. The
-// alert names the system without a zero patch, and comes after the handler and the defaults are
-// registered.
-TEST(UnsupportedSystem, ShowsTheAlertAndEndsWithStatusZeroHavingOpenedTheWebsiteOnRequest)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    FakeOpener opener;
-    const struct {
-        const char* system;
-        const char* shownVersion;
-        const char* button;
-    } cases[] = { { "2.6.32", "2\\.6\\.32", "Cancel" }, { "3.9.0", "3\\.9", "Check for Update" } };
-    for (const auto& c : cases) {
-        EXPECT_EXIT(
-            {
-                qputenv("TOLVANE_SYSTEM_VERSION", c.system);
-                answerAlertWith(c.button);
-                TLAppDelegate delegate;
-                delegate.applicationWillFinishLaunching();
-                std::fprintf(stderr, "still running\n");
-                std::exit(3);
-            },
-            testing::ExitedWithCode(0),
-            QStringLiteral(
-                "alert: This version of Tolvane, version 2\\.5, is incompatible with Mac OS X "
-                "%1 \\| Visit our website to check for a newer version of the application\\. "
-                "\\| handler 1 defaults 1")
-                .arg(c.shownVersion)
-                .toStdString());
-    }
-    // The children share the home folder, so what they opened is seen here: the website once,
-    // for "Check for Update" and not for "Cancel" (which came first).
-    TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 5000);
-    EXPECT_EQ(opener.recordedArguments(), QStringList { "https://tolvane.example/" });
-}
-
 // The test bundle is outside any Applications folder: without the suppress key the launch would
 // first offer to move it.
 void suppressMoveOffer()
@@ -91,32 +31,19 @@ void suppressMoveOffer()
     UserDefaults::standardUserDefaults().setBool(true, "moveToApplicationsFolderAlertSuppress");
 }
 
-void launchOnSupportedSystem()
+TEST(SupportedSystem, RegistersTheHandlerAndTheSettingsAndGoesOn)
 {
     qputenv("TOLVANE_SYSTEM_VERSION", "3.10.0");
     suppressMoveOffer();
     TLAppDelegate delegate;
     delegate.applicationWillFinishLaunching();
     EXPECT_TRUE(NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing"));
-}
-
-TEST(SupportedSystem, RegistersTheHandlerAndTheSettingsAndGoesOn)
-{
-    launchOnSupportedSystem();
     const QVariantMap registered = UserDefaults::standardUserDefaults().registeredDefaults();
     for (const QString& key : VTDefaults().keys())
         EXPECT_TRUE(VariantKinds::same(registered.value(key), VTDefaults().value(key)))
             << key.toStdString();
     // Registration writes nothing.
     EXPECT_FALSE(UserDefaults::standardUserDefaults().persistentDomain().contains("UseLoupe"));
-}
-
-TEST(SupportedSystem, APreferencesFileItCannotReadDoesNotStopTheLaunch)
-{
-    ASSERT_TRUE(PropertyList::writeXmlAtomically(
-        QVariantMap { { "Preferences Version", 2.0 } }, VTPreferencesPath()));
-    launchOnSupportedSystem();
-    EXPECT_FALSE(UserDefaults::standardUserDefaults().registeredDefaults().contains("UseLoupe"));
 }
 
 // The launch writes its own keys; the user's settings in a file it cannot read are moved aside,
@@ -232,36 +159,65 @@ TEST(FinishLaunching, TurnsOnChecksAndStartsTheBackgroundCheckOnlyUpToTen9)
 
 const QVariant longAgo = QDateTime::currentDateTimeUtc().addDays(-2);
 
-// Part of the launch that never finishes: while the incompatibility alert is up, a later launch
-// hands over a file and the schedule's time has come; neither may do anything.
-TEST(BlockedInstance, HandlesNoForwardedFileAndRequestsNoFeed)
+// The launch ends with status 0 at the alert, which names the system without a zero patch and
+// comes after the handler and the settings are registered. Meanwhile it never finishes: a later
+// launch hands over a file and the schedule's time has come, and neither may do anything.
+TEST(UnsupportedSystem, ShowsTheAlertAndEndsHavingOpenedTheWebsiteOnRequest)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
+    FakeOpener opener;
     const QString document = TestEnvironment::home() + "/Poster.eps";
     TestEnvironment::writeFile(document, "%!PS-Adobe-3.0 EPSF-3.0\n");
-    EXPECT_EXIT(
-        runApplication("3.9.0", longAgo,
-            [&](HttpTestServer& server) {
-                auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-                if (!box)
-                    return;
-                QProcess later;
-                later.start("gdbus",
-                    { "call", "--session", "--dest", "app.tolvane.AppTests", "--object-path",
-                        "/app/tolvane/AppTests", "--method", "org.freedesktop.Application.Open",
-                        "['" + QUrl::fromLocalFile(document).toString() + "']", "{}" });
-                TestEnvironment::waitUntil(
-                    [&] { return later.state() == QProcess::NotRunning; }, 30000);
-                // Long enough for a zero-delay timer and the forwarded request.
-                TestEnvironment::waitUntil([] { return false; }, 500);
-                int windows = 0;
-                for (QWidget* widget : QApplication::topLevelWidgets())
-                    windows += widget->isVisible() && widget != box;
-                std::fprintf(stderr, "forwarded %d windows %d requests %d\n", later.exitCode() == 0,
-                    windows, int(server.requests().size()));
-                std::_Exit(0);
-            }),
-        testing::ExitedWithCode(0), "forwarded 1 windows 0 requests 0");
+    const struct {
+        const char* system;
+        const char* shownVersion;
+        const char* button;
+    } cases[] = { { "2.6.32", "2\\.6\\.32", "Cancel" }, { "3.9.0", "3\\.9", "Check for Update" } };
+    for (const auto& c : cases) {
+        EXPECT_EXIT(
+            runApplication(c.system, longAgo,
+                [&](HttpTestServer& server) {
+                    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                    if (!box)
+                        return;
+                    QProcess later;
+                    later.start("gdbus",
+                        { "call", "--session", "--dest", "app.tolvane.AppTests", "--object-path",
+                            "/app/tolvane/AppTests", "--method", "org.freedesktop.Application.Open",
+                            "['" + QUrl::fromLocalFile(document).toString() + "']", "{}" });
+                    TestEnvironment::waitUntil(
+                        [&] { return later.state() == QProcess::NotRunning; }, 30000);
+                    // Long enough for a zero-delay timer and the forwarded request.
+                    TestEnvironment::waitUntil([] { return false; }, 500);
+                    int windows = 0;
+                    for (QWidget* widget : QApplication::topLevelWidgets())
+                        windows += widget->isVisible() && widget != box;
+                    std::fprintf(stderr,
+                        "alert: %s | %s | handler %d defaults %d | forwarded %d windows %d "
+                        "requests %d\n",
+                        qPrintable(box->text()), qPrintable(box->informativeText()),
+                        NSAppleEventManager::sharedAppleEventManager().dispatchGetURL(
+                            "tolvane://nothing"),
+                        UserDefaults::standardUserDefaults().registeredDefaults().contains(
+                            "UseLoupe"),
+                        later.exitCode() == 0, windows, int(server.requests().size()));
+                    for (QAbstractButton* button : box->buttons()) {
+                        if (button->text() == c.button)
+                            button->click();
+                    }
+                }),
+            testing::ExitedWithCode(0),
+            QStringLiteral(
+                "alert: This version of Tolvane, version 2\\.5, is incompatible with Mac OS X "
+                "%1 \\| Visit our website to check for a newer version of the application\\. "
+                "\\| handler 1 defaults 1 \\| forwarded 1 windows 0 requests 0")
+                .arg(c.shownVersion)
+                .toStdString());
+    }
+    // The children share the home folder, so what they opened is seen here: the website once,
+    // for "Check for Update" and not for "Cancel" (which came first).
+    TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 5000);
+    EXPECT_EQ(opener.recordedArguments(), QStringList { "https://tolvane.example/" });
 }
 
 TEST(LaunchedInstance, ChecksOnScheduleAfterLaunchingWithTheDelegatesParameters)

@@ -8,6 +8,9 @@
 #include "UserDefaults.h"
 
 #include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QTimer>
 #include <gtest/gtest.h>
@@ -45,13 +48,32 @@ TEST(MenuActions, FeedbackAndSupportOpensTheSupportPage)
     EXPECT_EQ(opener.recordedArguments(), QStringList { "https://tolvane.example/support/" });
 }
 
-// Each showing is a window of its own that comes to the front; the one before is gone by then,
-// so there is never a second about window on the screen.
-TEST(MenuActions, TheAboutWindowShownTwiceIsOneWindowAtATime)
+void pressOn(QWidget* widget)
+{
+    QMouseEvent press(QEvent::MouseButtonPress, QPoint(2, 2), widget->mapToGlobal(QPoint(2, 2)),
+        Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(widget, &press);
+}
+
+// Each showing is a modal window of its own that comes to the front; the one before is gone by
+// then, so there is never a second about window on the screen. Escape closes it and other keys do
+// not; a press anywhere closes it at once, without waiting for the release.
+TEST(MenuActions, TheAboutWindowClosesOnEscapeOrAPressAndIsOneWindowAtATime)
 {
     TLAppDelegate delegate;
     QList<QPointer<QWidget>> shown;
-    for (int showing = 0; showing < 2; ++showing) {
+    const std::function<void(QWidget*)> closers[] = {
+        [](QWidget* window) {
+            QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
+            QApplication::sendEvent(window, &key);
+            EXPECT_TRUE(window->isVisible());
+            QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+            QApplication::sendEvent(window, &escape);
+        },
+        [](QWidget* window) { pressOn(window->findChild<QLabel*>("versionLabel")); },
+        [](QWidget* window) { pressOn(window->findChild<QWidget*>("backgroundView")); },
+    };
+    for (const auto& close : closers) {
         QTimer::singleShot(0, [&] {
             QWidget* window = QApplication::activeModalWidget();
             int visible = 0;
@@ -60,18 +82,21 @@ TEST(MenuActions, TheAboutWindowShownTwiceIsOneWindowAtATime)
             EXPECT_EQ(visible, 1);
             if (!window) {
                 ADD_FAILURE() << "no modal window";
-                QApplication::closeAllWindows();
-                return;
+                return QApplication::closeAllWindows();
             }
+            EXPECT_EQ(window->findChild<QLabel*>("versionLabel")->text(), "2.5 (250)");
             EXPECT_TRUE(
                 TestEnvironment::waitUntil([window] { return window->isActiveWindow(); }, 10000));
             shown.append(window);
+            close(window);
+            EXPECT_FALSE(window->isVisible());
             window->close();
         });
         delegate.showAboutWindow();
     }
-    ASSERT_EQ(shown.size(), 2);
-    EXPECT_TRUE(shown[0].isNull() && shown[1].isNull()) << "a window outlived its showing";
+    ASSERT_EQ(shown.size(), 3);
+    for (const QPointer<QWidget>& window : shown)
+        EXPECT_TRUE(window.isNull()) << "a window outlived its showing";
 }
 
 }
