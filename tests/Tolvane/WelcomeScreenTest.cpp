@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The welcome screen's decisions and its panel, without the web engine (this test program's
 // bundle has no web view module, so the panel comes up without its page).
-#include "FakeDesktop.h"
 #include "QXWelcomeScreen.h"
-#include "TestEnvironment.h"
 #include "UserDefaults.h"
 
 #include <QCheckBox>
@@ -84,19 +82,6 @@ TEST(WelcomeScreenWithoutDelegate, ShowsNothingAndSendsNoType)
     EXPECT_EQ(screen.panel(), nullptr);
     EXPECT_FALSE(screen.appInfo().contains("type"));
     EXPECT_EQ(screen.appInfo().value("show"), QVariant("first"));
-}
-
-// An empty frame of the page names nothing to open elsewhere.
-TEST(WelcomeScreenNavigation, OnlyTheWelcomeHostStaysInThePanel)
-{
-    FakeOpener browser;
-    QXWelcomeScreen screen;
-    EXPECT_TRUE(screen.decidePolicyForNavigation(QUrl("http://welcome.example:8080/tolvane/more")));
-    EXPECT_TRUE(screen.decidePolicyForNavigation(QUrl("about:blank")));
-    EXPECT_FALSE(screen.decidePolicyForNavigation(QUrl("https://www.welcome.example/")));
-    ASSERT_TRUE(
-        TestEnvironment::waitUntil([&] { return !browser.recordedArguments().isEmpty(); }, 10000));
-    EXPECT_EQ(browser.recordedArguments(), QStringList { "https://www.welcome.example/" });
 }
 
 }

@@ -113,14 +113,14 @@ public:
     }
 
     // Waits until Tolvane has logged a line holding the text.
-    bool logged(const QString& text, int milliseconds = 120000)
+    bool logged(const QString& text)
     {
         return TestEnvironment::waitUntil(
             [&] {
                 log += QString::fromUtf8(tolvane.readAll());
                 return log.contains(text);
             },
-            milliseconds);
+            120000);
     }
 
     // The user answers the update window with Return, its default button "Install Update".
@@ -128,10 +128,8 @@ public:
     void pressInstallUpdate()
     {
         const auto updateWindow = [] {
-            QProcess search;
-            search.start("xdotool", { "search", "--onlyvisible", "--name", "^Software Update$" });
-            search.waitForFinished(10000);
-            return QString::fromUtf8(search.readAllStandardOutput()).section('\n', 0, 0).trimmed();
+            return run("xdotool", { "search", "--onlyvisible", "--name", "^Software Update$" })
+                .section('\n', 0, 0);
         };
         ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !updateWindow().isEmpty(); }, 60000));
         ASSERT_TRUE(TestEnvironment::waitUntil(

@@ -49,19 +49,24 @@ void noteAlert(QMessageBox* box)
              .join(QStringLiteral(" | ")));
 }
 
+// The question is the alert with the check box.
 void answerAlert(QMessageBox* box)
 {
-    // The question is the alert with the check box.
-    if (!box->checkBox() || answer() == u"move") {
-        box->defaultButton()->click();
-        return;
-    }
+    if (!box->checkBox() || answer() == u"move")
+        return box->defaultButton()->click();
     if (answer() == u"keep")
         return;
-    if (answer() == u"stay-for-good")
-        box->checkBox()->setChecked(true);
+    box->checkBox()->setChecked(answer() == u"stay-for-good");
     QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
     QCoreApplication::sendEvent(box, &escape);
+}
+
+void closeWindow(QWidget* widget)
+{
+    if (auto* dialog = qobject_cast<QDialog*>(widget))
+        dialog->reject();
+    else if (widget)
+        widget->close();
 }
 
 class Hand : public QObject {
@@ -78,19 +83,14 @@ protected:
             noteAlert(box);
             QMetaObject::invokeMethod(
                 box, [box = QPointer(box)] { answerAlert(box); }, Qt::QueuedConnection);
-            return false;
+        } else {
+            note(
+                QStringLiteral("window ") + QString::fromLatin1(widget->metaObject()->className()));
+            if (answer() != u"keep")
+                QMetaObject::invokeMethod(
+                    widget, [widget = QPointer(widget)] { closeWindow(widget); },
+                    Qt::QueuedConnection);
         }
-        note(QStringLiteral("window ") + QString::fromLatin1(widget->metaObject()->className()));
-        if (answer() != u"keep")
-            QMetaObject::invokeMethod(
-                widget,
-                [widget = QPointer(widget)] {
-                    if (auto* dialog = qobject_cast<QDialog*>(widget.get()))
-                        dialog->reject();
-                    else if (widget)
-                        widget->close();
-                },
-                Qt::QueuedConnection);
         return false;
     }
 };
@@ -98,8 +98,7 @@ protected:
 void installHand()
 {
     note(QStringLiteral("start ") + Bundle::mainBundle().bundlePath());
-    auto* hand = new Hand(qApp);
-    qApp->installEventFilter(hand);
+    qApp->installEventFilter(new Hand(qApp));
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, [] { note(QStringLiteral("end")); });
 }
 

@@ -19,7 +19,6 @@ const QString questionAlert = QStringLiteral(
     "you'd like.%1 | Move to Applications Folder,Do Not Move | escape Do Not Move | box Do not "
     "show this message again");
 const QString downloadsNote = QStringLiteral(" This will keep your Downloads folder uncluttered.");
-const QString adminNote = QStringLiteral(" Note that this will require an administrator password.");
 // Whatever windows a launch shows once it goes on (an open panel, a welcome panel).
 const QString wentOn = QStringLiteral("went on");
 
@@ -243,29 +242,6 @@ TEST_F(PrivilegedMove, ACanceledPasswordPromptLeavesEverythingAsItWas)
     EXPECT_TRUE(QFileInfo::exists(bundle));
     EXPECT_EQ(leftovers(), QStringList {});
     EXPECT_EQ(TestEnvironment::readFile(home + "/pkexec-calls"), "called\n");
-}
-
-TEST_F(PrivilegedMove, ACopyThatFailsHalfWayKeepsTheInstalledCopyWhole)
-{
-    const QString bundle = downloads + "/Tolvane.app";
-    installCopyAt(installed);
-    copyApplicationTo(bundle);
-    const QString locked = bundle + "/Contents/Resources/zz-locked";
-    TestEnvironment::writeFile(locked, "nobody reads this");
-    QFile::setPermissions(locked, {});
-
-    const QString errors = run(bundle, "move", wrapper);
-    EXPECT_TRUE(
-        errors.contains("ERROR -- Could not copy myself to /Applications with authorization\n"))
-        << errors.toStdString();
-    EXPECT_EQ(lines(log),
-        (QStringList { "start " + bundle, questionAlert.arg(adminNote),
-            "alert | Could not move to Applications folder |  | OK | escape  | box ", wentOn,
-            "end" }));
-    EXPECT_EQ(leftovers(), QStringList { "Tolvane.app" });
-    EXPECT_EQ(
-        TestEnvironment::readFile(installed + "/Contents/Resources/installed-marker"), "mine");
-    EXPECT_TRUE(QFileInfo::exists(bundle));
 }
 
 // The installed copy is replaced; the name's newline splits the log's line.

@@ -48,10 +48,10 @@ TEST_F(SymlinkTree, FollowsLinksAlongThePathAndStandardizesTheRest)
     // A relative target is taken from the link's folder; an absolute one as written.
     makeLink("real/deep/up", "../inner/file");
     makeLink("absolute", path("real") + "/./");
-    EXPECT_EQ(stringByResolvingSymlinksAndAliases(path("real/./inner/../inner//")),
-        path("real/inner"));
-    EXPECT_EQ(stringByResolvingSymlinksAndAliases(path("real/missing/../inner")),
-        path("real/inner"));
+    EXPECT_EQ(
+        stringByResolvingSymlinksAndAliases(path("real/./inner/../inner//")), path("real/inner"));
+    EXPECT_EQ(
+        stringByResolvingSymlinksAndAliases(path("real/missing/../inner")), path("real/inner"));
     EXPECT_EQ(
         stringByResolvingSymlinksAndAliases(path("outer/inner/file")), path("real/inner/file"));
     EXPECT_EQ(stringByResolvingSymlinksAndAliases(path("outer/deep/up")), path("real/inner/file"));
@@ -63,6 +63,12 @@ TEST_F(SymlinkTree, FollowsLinksAlongThePathAndStandardizesTheRest)
     makeLink("two", path("outer/inner"));
     EXPECT_EQ(stringByIterativelyResolvingSymlinkOrAlias(path("one")), path("outer/inner"));
     EXPECT_EQ(stringByResolvingSymlinksAndAliases(path("one")), path("real/inner"));
+
+    // What is neither link nor alias (there are no aliases on this system) is left alone.
+    EXPECT_TRUE(stringByConditionallyResolvingSymlink(path("real")).isNull());
+    EXPECT_EQ(stringByResolvingSymlink(path("real")), path("real"));
+    EXPECT_TRUE(stringByConditionallyResolvingAlias(path("real")).isNull());
+    EXPECT_EQ(stringByResolvingAlias(path("real")), path("real"));
 }
 
 // A long chain that is not a cycle resolves up to the kernel's own limit of links.
@@ -83,18 +89,6 @@ TEST_F(SymlinkTree, MissingDanglingCyclicAndOverlongPathsAnswerNothing)
     }
     // The dangling link itself can still be read.
     EXPECT_EQ(stringByResolvingSymlink(path("dangling")), path("nowhere"));
-}
-
-TEST_F(SymlinkTree, NonLinksAndNonAliasesAreLeftAlone)
-{
-    makeFile("file");
-    for (const QString& candidate : { path("file"), path("missing") }) {
-        EXPECT_TRUE(stringByConditionallyResolvingSymlink(candidate).isNull());
-        EXPECT_EQ(stringByResolvingSymlink(candidate), candidate);
-        // There are no aliases on this system.
-        EXPECT_TRUE(stringByConditionallyResolvingAlias(candidate).isNull());
-        EXPECT_EQ(stringByResolvingAlias(candidate), candidate);
-    }
 }
 
 TEST(ResolvingSymlinksAndAliases, NeedsAnAbsolutePathOrTheHomeFolder)
