@@ -217,20 +217,4 @@ TEST(UnsupportedSystem, ShowsTheAlertAndEndsHavingOpenedTheWebsiteOnRequest)
     EXPECT_EQ(opener.recordedArguments(), QStringList { "https://tolvane.example/" });
 }
 
-TEST(LaunchedInstance, AFirstStartRecordsTheTimeAndChecksOneIntervalLater)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(runApplication("11.0.0", QVariant(),
-                    [](HttpTestServer& server) {
-                        SUUpdater* updater = SUUpdater::sharedUpdater();
-                        if (!updater->lastUpdateCheckDate().isValid())
-                            return;
-                        std::fprintf(stderr, "interval %lld requests %d\n",
-                            updater->lastUpdateCheckDate().secsTo(updater->nextUpdateCheckDate()),
-                            int(server.requests().size()));
-                        std::_Exit(0);
-                    }),
-        testing::ExitedWithCode(0), "interval 86400 requests 0");
-}
-
 }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The application menu's actions that the launch and the URL commands do not reach.
-#include "FakeDesktop.h"
 #include "HttpTestServer.h"
 #include "SUUpdater.h"
 #include "TLAppDelegate.h"
@@ -37,15 +36,6 @@ TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParametersEscaped)
     const QByteArray request = server.requests()[0].requestLine;
     EXPECT_TRUE(request.contains("type=RA")) << request.data();
     EXPECT_TRUE(request.contains("lang=fr-CA%26x%3D1")) << request.data();
-}
-
-TEST(MenuActions, FeedbackAndSupportOpensTheSupportPage)
-{
-    FakeOpener opener;
-    TLAppDelegate delegate;
-    delegate.visitFeedbackAndSupport();
-    TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 10000);
-    EXPECT_EQ(opener.recordedArguments(), QStringList { "https://tolvane.example/support/" });
 }
 
 void pressOn(QWidget* widget)

@@ -144,64 +144,36 @@ TEST_F(PreferencesWindowTest, TheRadioButtonsFollowAndSetTheUpdaterSettings)
     }
 }
 
-struct SettingCase {
-    const char* control;
-    QString key;
-    // What the control is set to, with the kind it must store.
-    QVariant value;
-};
-
-// A combo box shows its index, a spin box its number, a check box 1 or 0.
-double shownValue(QWidget* widget)
+// One control of each kind first shows the store's default (and showing writes nothing), then
+// writes its key with the kind of the default.
+TEST_F(PreferencesWindowTest, EachKindOfControlShowsTheDefaultAndWritesItsKeyWithItsKind)
 {
-    if (auto* box = qobject_cast<QComboBox*>(widget))
-        return box->currentIndex();
-    if (auto* box = qobject_cast<QSpinBox*>(widget))
-        return box->value();
-    if (auto* box = qobject_cast<QDoubleSpinBox*>(widget))
-        return box->value();
-    return qobject_cast<QCheckBox*>(widget)->isChecked();
-}
-
-// As the user would: a choice, a typed number, a click.
-void setShownValue(QWidget* widget, double value)
-{
-    if (auto* box = qobject_cast<QComboBox*>(widget))
-        box->setCurrentIndex(int(value));
-    else if (auto* box = qobject_cast<QSpinBox*>(widget))
-        box->setValue(int(value));
-    else if (auto* box = qobject_cast<QDoubleSpinBox*>(widget))
-        box->setValue(value);
-    else if (auto* box = qobject_cast<QCheckBox*>(widget); box->isChecked() != (value != 0))
-        box->click();
-}
-
-// Each control first shows the store's default (and showing writes nothing).
-TEST_F(PreferencesWindowTest, EachControlShowsTheDefaultAndWritesItsKeyWithTheKeysKind)
-{
-    // One control of each kind.
-    const SettingCase cases[] = {
-        { "inDesignSpreadModeComboBox", TLPrefInDesignSpreadMode, qint64(0) },
-        { "maximumPagesSpinBox", maximumNumberOfPagesPreviewed, qint64(35) },
-        { "thumbnailThresholdSpinBox", preferEmbeddedPreviewForThumbnailFileSizeThreshold, 64.5f },
-        { "useLoupeCheckBox", VTPUseLoupe, false },
-    };
-    for (const SettingCase& c : cases) {
-        SCOPED_TRACE(c.control);
-        QWidget* widget = control<QWidget>(c.control);
-        ASSERT_NE(widget, nullptr);
-        ASSERT_FALSE(defaults().persistentDomain().contains(c.key));
-        EXPECT_EQ(shownValue(widget), VTDefaults().value(c.key).toDouble()) << "the default";
-
-        setShownValue(widget, c.value.toDouble());
-        EXPECT_TRUE(VariantKinds::same(defaults().objectForKey(c.key), c.value));
-        ASSERT_TRUE(defaults().synchronize());
-        // Property lists keep integers and booleans; a 32-bit real comes back as a double.
-        EXPECT_TRUE(VariantKinds::same(preferencesFile().value(c.key),
-            c.value.typeId() == QMetaType::Float ? QVariant(c.value.toDouble()) : c.value));
-    }
+    auto* spreads = control<QComboBox>("inDesignSpreadModeComboBox");
+    auto* pages = control<QSpinBox>("maximumPagesSpinBox");
+    auto* megabytes = control<QDoubleSpinBox>("thumbnailThresholdSpinBox");
+    auto* loupe = control<QCheckBox>("useLoupeCheckBox");
+    const QString threshold = preferEmbeddedPreviewForThumbnailFileSizeThreshold;
+    EXPECT_EQ(spreads->currentIndex(), VTDefaults().value(TLPrefInDesignSpreadMode).toInt());
+    EXPECT_EQ(pages->value(), VTDefaults().value(maximumNumberOfPagesPreviewed).toInt());
+    EXPECT_EQ(megabytes->value(), VTDefaults().value(threshold).toDouble());
+    EXPECT_EQ(loupe->isChecked(), VTDefaults().value(VTPUseLoupe).toBool());
     EXPECT_EQ(control<QComboBox>("backgroundColorComboBox")->currentText(),
         VTDefaults().value(imageBackgroundColorName).toString());
+    EXPECT_TRUE(defaults().persistentDomain().isEmpty());
+
+    // As the user would: a choice, a typed number, a click.
+    spreads->setCurrentIndex(0);
+    pages->setValue(35);
+    megabytes->setValue(64.5);
+    loupe->click();
+    EXPECT_TRUE(VariantKinds::same(defaults().objectForKey(threshold), 64.5f));
+    ASSERT_TRUE(defaults().synchronize());
+    const QVariantMap file = preferencesFile();
+    EXPECT_TRUE(VariantKinds::same(file.value(TLPrefInDesignSpreadMode), qint64(0)));
+    EXPECT_TRUE(VariantKinds::same(file.value(maximumNumberOfPagesPreviewed), qint64(35)));
+    // Property lists keep a 32-bit real as a double.
+    EXPECT_TRUE(VariantKinds::same(file.value(threshold), 64.5));
+    EXPECT_TRUE(VariantKinds::same(file.value(VTPUseLoupe), false));
 }
 
 // Values the window cannot take show as the default and stay stored as they are.

