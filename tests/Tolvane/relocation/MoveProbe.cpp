@@ -6,10 +6,9 @@
 //   alert | <message> | <informative text> | <buttons, default first> | escape <title> | box
 //   <title> window <class>                          another window shown: the launch went on
 //   end                                     the event loop ended
-// $MOVE_PROBE_ANSWER tells how to answer the question: "move", "stay" (Escape), "stay-for-good"
-// (tick the check box, then Escape) or "keep" (answer nothing, leave the windows open). A failure
-// alert is acknowledged. Other windows are closed, so that the launch ends by itself, except with
-// "keep".
+// $MOVE_PROBE_ANSWER tells how to answer the question: "move", "stay" (Escape) or "stay-for-good"
+// (tick the check box, then Escape). A failure alert is acknowledged. Other windows are closed, so
+// that the launch ends by itself.
 #include "Bundle.h"
 #include "TLApplication.h"
 
@@ -54,8 +53,6 @@ void answerAlert(QMessageBox* box)
 {
     if (!box->checkBox() || answer() == u"move")
         return box->defaultButton()->click();
-    if (answer() == u"keep")
-        return;
     box->checkBox()->setChecked(answer() == u"stay-for-good");
     QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
     QCoreApplication::sendEvent(box, &escape);
@@ -86,10 +83,8 @@ protected:
         } else {
             note(
                 QStringLiteral("window ") + QString::fromLatin1(widget->metaObject()->className()));
-            if (answer() != u"keep")
-                QMetaObject::invokeMethod(
-                    widget, [widget = QPointer(widget)] { closeWindow(widget); },
-                    Qt::QueuedConnection);
+            QMetaObject::invokeMethod(
+                widget, [widget = QPointer(widget)] { closeWindow(widget); }, Qt::QueuedConnection);
         }
         return false;
     }

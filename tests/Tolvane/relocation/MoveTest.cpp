@@ -51,25 +51,19 @@ protected:
         ASSERT_TRUE(runs({ "cp", "-R", TOLVANE_APP_RESOURCES, bundle + "/Contents" }));
     }
 
-    // Starts the program (the copy, or a wrapper that runs it) with the answer to give. What it
-    // writes to stderr goes to a file, which the copies it starts inherit.
-    void start(QProcess& process, const QStringList& command, const QString& answer,
-        const QString& log) const
+    // Runs the copy (or a wrapper that runs it) with the answer to give, until it ends; the
+    // standard error output so far. That goes to a file, which the copies it starts inherit.
+    QString run(const QString& bundle, const QString& answer, const QStringList& wrapper = {})
     {
+        QProcess process;
         process.setStandardErrorFile(errorsPath, QIODevice::Append);
         QProcessEnvironment runEnvironment = environment;
         runEnvironment.insert("MOVE_PROBE_ANSWER", answer);
         runEnvironment.insert("MOVE_PROBE_LOG", log);
         process.setProcessEnvironment(runEnvironment);
         process.setWorkingDirectory(home);
+        const QStringList command = wrapper + QStringList { bundle + "/Contents/Linux/Tolvane" };
         process.start(command.first(), command.mid(1));
-    }
-
-    // Runs the copy until it ends; the standard error output so far.
-    QString run(const QString& bundle, const QString& answer, const QStringList& wrapper = {})
-    {
-        QProcess process;
-        start(process, wrapper + QStringList { bundle + "/Contents/Linux/Tolvane" }, answer, log);
         EXPECT_TRUE(process.waitForFinished(120000));
         EXPECT_EQ(process.exitCode(), 0);
         return QString::fromUtf8(TestEnvironment::readFile(errorsPath));
@@ -141,31 +135,6 @@ TEST_F(Move, DoNotMoveAsksAgainUnlessTheBoxWasTicked)
     EXPECT_EQ(lines(log), (launch + launch + QStringList { "start " + bundle, wentOn, "end" }));
     EXPECT_TRUE(QFileInfo::exists(bundle));
     EXPECT_FALSE(QFileInfo::exists(installed));
-}
-
-// The copy started in the Applications folder gives the running one the activation, which brings
-// up another open panel there as it has no document.
-TEST_F(Move, AnInstalledCopyThatIsRunningIsHandedOverTo)
-{
-    const QString bundle = downloads + "/Tolvane.app";
-    copyApplicationTo(installed);
-    copyApplicationTo(bundle);
-    QProcess running;
-    const QString runningLog = home + "/running.log";
-    start(running, { installed + "/Contents/Linux/Tolvane" }, "keep", runningLog);
-    ASSERT_TRUE(waitForLine(runningLog, "window QFileDialog"));
-
-    const QString errors = run(bundle, "move");
-    EXPECT_TRUE(errors.contains("INFO -- Switching to an already running version\n"))
-        << errors.toStdString();
-    EXPECT_TRUE(TestEnvironment::waitUntil(
-        [&] { return rawLines(runningLog).count("window QFileDialog") == 2; }, 120000));
-    EXPECT_EQ(lines(log),
-        (QStringList {
-            "start " + bundle, questionAlert.arg(downloadsNote), "start " + installed }));
-    EXPECT_TRUE(QFileInfo::exists(bundle));
-    running.terminate();
-    EXPECT_TRUE(running.waitForFinished(30000));
 }
 
 // The Applications folder cannot be written to: the move goes through a stand-in for pkexec,

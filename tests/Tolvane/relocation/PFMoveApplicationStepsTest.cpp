@@ -13,7 +13,7 @@ namespace {
 
 using namespace PFMoveApplication;
 
-TEST(MoveSteps, WhatCountsAsAnApplicationsOrADownloadsFolder)
+TEST(MoveSteps, WhatCountsAsAnApplicationsOrADownloadsFolderAndWhereToInstall)
 {
     const QString home = TestEnvironment::home();
     qputenv("TOLVANE_SYSTEM_APPLICATIONS", "/usr/lib/x86_64-linux-gnu/tolvane");
@@ -27,16 +27,13 @@ TEST(MoveSteps, WhatCountsAsAnApplicationsOrADownloadsFolder)
     EXPECT_FALSE(IsInApplicationsFolder("/srv/MyApplications/Tolvane.app"));
     EXPECT_TRUE(IsInDownloadsFolder(home + "/Fetched/unpacked/Tolvane.app"));
     EXPECT_FALSE(IsInDownloadsFolder(home + "/Tolvane.app"));
-}
 
-TEST(MoveSteps, TheInstallLocationIsTheLocalApplicationsFolderWithItsLinksFollowed)
-{
-    const QString real = TestEnvironment::home() + "/disk/opt";
-    ASSERT_TRUE(QDir().mkpath(real));
-    ASSERT_TRUE(QFile::link(real, TestEnvironment::home() + "/opt-link"));
-    qputenv("TOLVANE_LOCAL_APPLICATIONS", QFile::encodeName(TestEnvironment::home() + "/opt-link"));
+    // The install location is the local Applications folder, its links followed.
+    QDir().mkpath(home + "/disk/opt");
+    ASSERT_TRUE(QFile::link(home + "/disk/opt", home + "/opt-link"));
+    qputenv("TOLVANE_LOCAL_APPLICATIONS", QFile::encodeName(home + "/opt-link"));
     bool isUserDirectory = true;
-    EXPECT_EQ(PreferredInstallLocation(&isUserDirectory), real);
+    EXPECT_EQ(PreferredInstallLocation(&isUserDirectory), home + "/disk/opt");
     EXPECT_FALSE(isUserDirectory);
 }
 
