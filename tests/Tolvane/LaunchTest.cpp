@@ -24,16 +24,10 @@
 
 namespace {
 
-// The test bundle is outside any Applications folder: without the suppress key the launch would
-// first offer to move it.
-void suppressMoveOffer()
-{
-    UserDefaults::standardUserDefaults().setBool(true, "moveToApplicationsFolderAlertSuppress");
-}
-
 // On a supported system the launch registers the URL handler and the settings (without writing
-// them) and goes on; it then writes its own keys. The user's settings in a file it cannot read
-// are moved aside, said in one line, and never deleted; the new file is readable.
+// them) and goes on; it then writes its own keys, automatic checks turned on. The user's settings
+// in a file it cannot read are moved aside, said in one line, and never deleted; the new file is
+// readable.
 TEST(UnreadablePreferences, AreMovedAsideByALaunchThatGoesOn)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
@@ -78,57 +72,6 @@ TEST(UnreadablePreferences, AreMovedAsideByALaunchThatGoesOn)
     EXPECT_TRUE(VariantKinds::same(fresh.value("Preferences Application Version"), QString("2.5")));
 }
 
-// Automatic checks are turned on unless the user turned them off, and the launch-time check runs
-// only up to 10.9.
-TEST(FinishLaunching, TurnsOnChecksAndStartsTheBackgroundCheckOnlyUpToTen9)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const struct {
-        const char* system;
-        QVariant storedChecks;
-        const char* expected;
-    } cases[] = {
-        { "10.9.0", QVariant(), "checks true background 1" },
-        { "10.10.0", QVariant(), "checks true background 0" },
-        { "10.8.5", QVariant(false), "checks false background 0" },
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.system);
-        EXPECT_EXIT(
-            {
-                qputenv("TOLVANE_SYSTEM_VERSION", c.system);
-                UserDefaults& defaults = UserDefaults::standardUserDefaults();
-                defaults.setObject(c.storedChecks, "SUEnableAutomaticChecks");
-                defaults.setObject(QString("0.1"), "Preferences Application Version");
-                SUUpdater* updater = SUUpdater::sharedUpdater();
-                bool finished = false;
-                QObject::connect(
-                    updater, &SUUpdater::updateCheckFinished, [&finished] { finished = true; });
-                TLAppDelegate delegate;
-                delegate.setLaunchUpdateChecksDelay(std::chrono::milliseconds(0));
-                // The delayed checks start the updater's before the generator's: when the
-                // generator's starts, the updater's has started (and may have ended) or never will.
-                QObject::connect(
-                    &delegate, &TLAppDelegate::generatorUpdateCheckRunning, [&](bool running) {
-                        if (!running)
-                            return;
-                        std::fprintf(stderr, "checks %s background %d version %s\n",
-                            qPrintable(defaults.objectForKey("SUEnableAutomaticChecks").toString()),
-                            finished || updater->updateInProgress(),
-                            qPrintable(defaults.stringForKey("Preferences Application Version")));
-                        std::_Exit(0);
-                    });
-                delegate.applicationDidFinishLaunching();
-                // Even a delay of zero waits for the event loop.
-                if (updater->updateInProgress())
-                    std::_Exit(2);
-                TestEnvironment::waitUntil([] { return false; }, 120000);
-                std::_Exit(3);
-            },
-            testing::ExitedWithCode(0), std::string(c.expected) + " version 2\\.5");
-    }
-}
-
 // The application as it runs, in a death test's child: a server stands in for the feed and
 // automatic checks are on, with the last check as given. `poll` runs every 20 ms and ends the
 // child once it has seen what it waits for.
@@ -137,7 +80,8 @@ TEST(FinishLaunching, TurnsOnChecksAndStartsTheBackgroundCheckOnlyUpToTen9)
 {
     qputenv("TOLVANE_SYSTEM_VERSION", system);
     HttpTestServer server;
-    suppressMoveOffer();
+    // The test bundle is outside any Applications folder: the launch would first offer to move it.
+    UserDefaults::standardUserDefaults().setBool(true, "moveToApplicationsFolderAlertSuppress");
     UserDefaults::standardUserDefaults().setBool(true, "SUEnableAutomaticChecks");
     UserDefaults::standardUserDefaults().setObject(lastCheck, "SULastCheckTime");
     SUUpdater::sharedUpdater()->setFeedURL(server.url("/appcast.xml"));

@@ -43,32 +43,28 @@ protected:
     QProcess primary;
 };
 
-// Malformed ones are dropped and leave the first instance running.
-TEST_F(EndToEnd, LaterLaunchesHandURLCommandsToTheRunningInstance)
+// A later launch hands its file or URL command to the running instance and ends; malformed
+// commands are dropped and leave the first instance running.
+TEST_F(EndToEnd, LaterLaunchesHandTheirFilesAndURLCommandsToTheRunningInstance)
 {
     FakeFileManager fileManager;
     ASSERT_TRUE(fileManager.registered());
-    launchAgain("tolvane://reveal/font?path=%2Ffonts%2FA%20Sans.otf&path1=/fonts/B.ttf");
-    launchAgain("tolvane://reveal/font?path=/a&path1");
-    launchAgain("tolvane://reveal/image?path=/%C3");
-    launchAgain("tolvane://");
-    launchAgain("tolvane://reveal/image?path=/after.png");
-    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return fileManager.calls().size() == 2; }, 10000));
-    EXPECT_EQ(fileManager.calls(),
-        (QList<QStringList> {
-            { "file:///fonts/A%20Sans.otf", "file:///fonts/B.ttf" }, { "file:///after.png" } }));
-    EXPECT_EQ(primary.state(), QProcess::Running);
-}
-
-TEST_F(EndToEnd, ALaterLaunchWithAFileOpensItsWindowInTheFirstInstance)
-{
     ASSERT_TRUE(TestEnvironment::waitUntil(
         [] { return windowTitles().contains("Poster one.eps"); }, 15000));
     const QString other = TestEnvironment::home() + "/Swatches.ase";
     TestEnvironment::writeFile(other, "ASEF");
-    launchAgain(other);
+    for (const QString& argument :
+        { other, QString("tolvane://reveal/font?path=%2Ffonts%2FA%20Sans.otf&path1=/fonts/B.ttf"),
+            QString("tolvane://reveal/font?path=/a&path1"),
+            QString("tolvane://reveal/image?path=/%C3"), QString("tolvane://"),
+            QString("tolvane://reveal/image?path=/after.png") })
+        launchAgain(argument);
     EXPECT_TRUE(
         TestEnvironment::waitUntil([] { return windowTitles().contains("Swatches.ase"); }, 15000));
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return fileManager.calls().size() == 2; }, 10000));
+    EXPECT_EQ(fileManager.calls(),
+        (QList<QStringList> {
+            { "file:///fonts/A%20Sans.otf", "file:///fonts/B.ttf" }, { "file:///after.png" } }));
     EXPECT_EQ(primary.state(), QProcess::Running);
 }
 

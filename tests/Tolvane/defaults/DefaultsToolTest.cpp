@@ -9,7 +9,6 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <algorithm>
 #include <gtest/gtest.h>
 
@@ -79,23 +78,6 @@ TEST(DefaultsTool, BadValuesUnknownDomainsAndUsageErrorsSaySoInOneLineAndWriteNo
     EXPECT_FALSE(QFile::exists(UserDefaults::pathForDomain(domain)));
 }
 
-// Each writer reads, merges and writes under the file's lock: none loses another's key.
-TEST(DefaultsTool, ConcurrentWritersKeepEveryKey)
-{
-    constexpr int writers = 100;
-    std::vector<std::unique_ptr<QProcess>> processes;
-    for (int i = 0; i < writers; ++i) {
-        processes.push_back(std::make_unique<QProcess>());
-        processes.back()->start(QStringLiteral(TOLVANE_DEFAULTS_EXECUTABLE),
-            { "write", domain, QStringLiteral("key %1").arg(i), "-int", QString::number(i) });
-    }
-    for (const auto& process : processes) {
-        ASSERT_TRUE(process->waitForFinished(120000));
-        EXPECT_EQ(process->exitCode(), 0) << process->readAllStandardError().toStdString();
-    }
-    EXPECT_EQ(file().size(), writers);
-}
-
 // The user's settings in a file the tool cannot read are theirs: a write refuses and keeps it.
 TEST(DefaultsTool, AWriteLeavesAnUnreadableFileAsItIs)
 {
@@ -116,7 +98,6 @@ TEST(DefaultsTool, ReadMergedShowsTheSettingsWithTheirKinds)
     const QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
     EXPECT_EQ(lines.size(), VTDefaults().size());
     EXPECT_TRUE(lines.contains("Image Background Color Name = \"White\""));
-    EXPECT_TRUE(lines.contains("Prefer Embedded Preview For Preview File Size Threshold = 256.0"));
     EXPECT_TRUE(lines.contains("Preview Mode = 2"));
     EXPECT_TRUE(std::is_sorted(lines.begin(), lines.end()));
 
