@@ -27,12 +27,6 @@ bool runs(const QStringList& command)
     return QProcess::execute(command.first(), command.mid(1)) == 0;
 }
 
-void makeExecutable(const QString& path, const QByteArray& script)
-{
-    TestEnvironment::writeFile(path, script);
-    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
 class Move : public testing::Test {
 protected:
     void SetUp() override
@@ -69,28 +63,24 @@ protected:
         return QString::fromUtf8(TestEnvironment::readFile(errorsPath));
     }
 
-    static QStringList rawLines(const QString& path)
-    {
-        return QString::fromUtf8(TestEnvironment::readFile(path)).split('\n', Qt::SkipEmptyParts);
-    }
-
     // The log with the windows of a launch that went on as one line.
-    static QStringList lines(const QString& path)
+    QStringList lines() const
     {
         QStringList story;
-        for (const QString& line : rawLines(path)) {
+        const QString text = QString::fromUtf8(TestEnvironment::readFile(log));
+        for (const QString& line : text.split('\n', Qt::SkipEmptyParts)) {
             if (!line.startsWith("window "))
                 story << line;
-            else if (story.isEmpty() || story.constLast() != wentOn)
+            else if (story.value(story.size() - 1) != wentOn)
                 story << wentOn;
         }
         return story;
     }
 
-    // Waits until the log holds the line: the copies that the move starts run on their own.
-    testing::AssertionResult waitForLine(const QString& path, const QString& line) const
+    // Waits until the log ends: the copies that the move starts run on their own.
+    testing::AssertionResult waitForEnd() const
     {
-        if (TestEnvironment::waitUntil([&] { return rawLines(path).contains(line); }, 120000))
+        if (TestEnvironment::waitUntil([&] { return lines().contains("end"); }, 120000))
             return testing::AssertionSuccess();
         return testing::AssertionFailure() << TestEnvironment::readFile(errorsPath).toStdString();
     }
@@ -109,8 +99,8 @@ TEST_F(Move, AFirstStartFromDownloadsMovesTrashesTheOldCopyAndStartsTheNewOne)
     const QString bundle = downloads + "/Tolvane.app";
     copyApplicationTo(bundle);
     run(bundle, "move");
-    ASSERT_TRUE(waitForLine(log, "end"));
-    EXPECT_EQ(lines(log),
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(lines(),
         (QStringList { "start " + bundle, questionAlert.arg(downloadsNote), "start " + installed,
             wentOn, "end" }));
     EXPECT_TRUE(QFileInfo(installed + "/Contents/Linux/Tolvane").isExecutable());
@@ -132,7 +122,7 @@ TEST_F(Move, DoNotMoveAsksAgainUnlessTheBoxWasTicked)
     run(bundle, "stay-for-good");
     run(bundle, "move");
     const QStringList launch { "start " + bundle, questionAlert.arg(""), wentOn, "end" };
-    EXPECT_EQ(lines(log), (launch + launch + QStringList { "start " + bundle, wentOn, "end" }));
+    EXPECT_EQ(lines(), (launch + launch + QStringList { "start " + bundle, wentOn, "end" }));
     EXPECT_TRUE(QFileInfo::exists(bundle));
     EXPECT_FALSE(QFileInfo::exists(installed));
 }
@@ -150,7 +140,8 @@ protected:
                 GTEST_SKIP() << "as root, only a user namespace keeps out of a folder";
             wrapper = { "unshare", "--user" };
         }
-        makeExecutable(home + "/bin/pkexec",
+        const QString pkexec = home + "/bin/pkexec";
+        TestEnvironment::writeFile(pkexec,
             "#!/bin/sh\n"
             "echo called >> \"$HOME/pkexec-calls\"\n"
             "[ \"$STAND_IN_PKEXEC\" = cancel ] && exit 126\n"
@@ -158,6 +149,7 @@ protected:
             "\"$@\"; status=$?\n"
             "chmod u-w \"$TOLVANE_LOCAL_APPLICATIONS\"\n"
             "exit $status\n");
+        QFile::setPermissions(pkexec, QFile::ReadOwner | QFile::ExeOwner);
         QFile::setPermissions(applications, QFile::ReadOwner | QFile::ExeOwner);
     }
 
@@ -198,11 +190,11 @@ TEST_F(PrivilegedMove, ACanceledPasswordPromptLeavesEverythingAsItWas)
     const QString errors = run(bundle, "move", wrapper);
     EXPECT_TRUE(errors.contains("INFO -- Not moving because user canceled authorization\n"))
         << errors.toStdString();
-    ASSERT_EQ(lines(log).size(), 4) << lines(log).join('\n').toStdString();
-    EXPECT_TRUE(lines(log).at(1).contains(" Dazu ist ein Administratorpasswort nötig. | In "
-                                          "„Programme“ verschieben,Nicht verschieben |"))
-        << lines(log).at(1).toStdString();
-    EXPECT_EQ(lines(log).at(2), wentOn);
+    ASSERT_EQ(lines().size(), 4) << lines().join('\n').toStdString();
+    EXPECT_TRUE(lines().at(1).contains(" Dazu ist ein Administratorpasswort nötig. | In "
+                                       "„Programme“ verschieben,Nicht verschieben |"))
+        << lines().at(1).toStdString();
+    EXPECT_EQ(lines().at(2), wentOn);
     EXPECT_TRUE(QFileInfo::exists(bundle));
     EXPECT_EQ(leftovers(), QStringList {});
     EXPECT_EQ(TestEnvironment::readFile(home + "/pkexec-calls"), "called\n");
@@ -215,7 +207,7 @@ TEST_F(PrivilegedMove, APathWithQuotesDollarsAndANewlineMovesWithoutRunningAnyth
     copyApplicationTo(downloads + "/" + name);
     installCopyAt(applications + "/" + name);
     run(downloads + "/" + name, "move", wrapper);
-    ASSERT_TRUE(waitForLine(log, "end"));
+    ASSERT_TRUE(waitForEnd());
     EXPECT_TRUE(QString::fromUtf8(TestEnvironment::readFile(log))
                     .contains("\nstart " + applications + "/" + name + "\nwindow "));
     EXPECT_FALSE(

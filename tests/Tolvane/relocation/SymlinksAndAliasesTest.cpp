@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 namespace {
 
@@ -16,34 +15,22 @@ using namespace SymlinksAndAliases;
 // target text.
 class SymlinkTree : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        root = QFileInfo(TestEnvironment::home()).canonicalFilePath() + "/tree";
-        ASSERT_TRUE(QDir().mkpath(root));
-    }
+    void SetUp() override { ASSERT_TRUE(QDir().mkpath(root)); }
 
     QString path(const QString& relative) const { return root + u'/' + relative; }
-
-    void makeFile(const QString& relative) const
-    {
-        TestEnvironment::writeFile(path(relative), "x");
-    }
 
     void makeLink(const QString& relative, const QString& target) const
     {
         QDir().mkpath(QFileInfo(path(relative)).absolutePath());
-        ASSERT_EQ(::symlink(QFile::encodeName(target).constData(),
-                      QFile::encodeName(path(relative)).constData()),
-            0)
-            << relative.toStdString();
+        ASSERT_TRUE(QFile::link(target, path(relative))) << relative.toStdString();
     }
 
-    QString root;
+    QString root = QFileInfo(TestEnvironment::home()).canonicalFilePath() + "/tree";
 };
 
 TEST_F(SymlinkTree, FollowsLinksAlongThePathAndStandardizesTheRest)
 {
-    makeFile("real/inner/file");
+    TestEnvironment::writeFile(path("real/inner/file"), "x");
     makeLink("outer", "real");
     // A relative target is taken from the link's folder; an absolute one as written.
     makeLink("real/deep/up", "../inner/file");
@@ -74,7 +61,7 @@ TEST_F(SymlinkTree, FollowsLinksAlongThePathAndStandardizesTheRest)
 // A long chain that is not a cycle resolves up to the kernel's own limit of links.
 TEST_F(SymlinkTree, MissingDanglingCyclicAndOverlongPathsAnswerNothing)
 {
-    makeFile("end");
+    TestEnvironment::writeFile(path("end"), "x");
     makeLink("dangling", "nowhere");
     makeLink("self", "self");
     makeLink("a", "b");
