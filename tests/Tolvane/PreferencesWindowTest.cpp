@@ -134,8 +134,8 @@ TEST_F(PreferencesWindowTest, TheRadioButtonsFollowAndSetTheUpdaterSettings)
 }
 
 // One control of each kind first shows the store's default (and showing writes nothing), then
-// writes its key with the kind of the default.
-TEST_F(PreferencesWindowTest, EachKindOfControlShowsTheDefaultAndWritesItsKeyWithItsKind)
+// writes its key with the kind of the default, and follows the store.
+TEST_F(PreferencesWindowTest, EachKindOfControlShowsTheDefaultWritesItsKeyWithItsKindAndFollows)
 {
     auto* spreads = control<QComboBox>("inDesignSpreadModeComboBox");
     auto* pages = control<QSpinBox>("maximumPagesSpinBox");
@@ -156,17 +156,27 @@ TEST_F(PreferencesWindowTest, EachKindOfControlShowsTheDefaultAndWritesItsKeyWit
     megabytes->setValue(64.5);
     loupe->click();
     EXPECT_TRUE(VariantKinds::same(defaults().objectForKey(threshold), 64.5f));
-    ASSERT_TRUE(defaults().synchronize());
+    // No event loop ran, so the changes have not reached the file on their own: losing the active
+    // window writes them.
+    ASSERT_FALSE(preferencesFile().contains(maximumNumberOfPagesPreviewed));
+    QEvent deactivate(QEvent::WindowDeactivate);
+    QApplication::sendEvent(controller->window(), &deactivate);
     const QVariantMap file = preferencesFile();
     EXPECT_TRUE(VariantKinds::same(file.value(TLPrefInDesignSpreadMode), qint64(0)));
     EXPECT_TRUE(VariantKinds::same(file.value(maximumNumberOfPagesPreviewed), qint64(35)));
     // Property lists keep a 32-bit real as a double.
     EXPECT_TRUE(VariantKinds::same(file.value(threshold), 64.5));
     EXPECT_TRUE(VariantKinds::same(file.value(VTPUseLoupe), false));
+
+    // The controls follow later changes of the store.
+    defaults().setBool(true, VTPUseLoupe);
+    defaults().setInteger(42, maximumNumberOfPagesPreviewed);
+    EXPECT_TRUE(loupe->isChecked());
+    EXPECT_EQ(pages->value(), 42);
 }
 
 // Values the window cannot take show as the default and stay stored as they are.
-TEST_F(PreferencesWindowTest, TheControlsFollowTheStoreAndKeepValuesTheyCannotShow)
+TEST_F(PreferencesWindowTest, TheControlsKeepValuesTheyCannotShowAndTheBackgroundItsName)
 {
     defaults().setInteger(9, TLPrefInDesignSpreadMode);
     defaults().setInteger(17, imageBackgroundColorTag);
@@ -183,10 +193,6 @@ TEST_F(PreferencesWindowTest, TheControlsFollowTheStoreAndKeepValuesTheyCannotSh
     EXPECT_TRUE(VariantKinds::same(preferencesFile().value(imageBackgroundColorTag), qint64(3)));
     defaults().setObject(imageBackgroundColorNameGray, imageBackgroundColorName);
     defaults().setInteger(0, imageBackgroundColorTag);
-    defaults().setBool(false, showFontsInPreview);
-    defaults().setInteger(42, maximumNumberOfPagesPreviewed);
-    EXPECT_FALSE(control<QCheckBox>("showFontsCheckBox")->isChecked());
-    EXPECT_EQ(control<QSpinBox>("maximumPagesSpinBox")->value(), 42);
     EXPECT_EQ(control<QComboBox>("backgroundColorComboBox")->currentText(), "None");
     EXPECT_EQ(defaults().objectForKey(imageBackgroundColorName), QVariant("Gray"));
 
@@ -195,16 +201,6 @@ TEST_F(PreferencesWindowTest, TheControlsFollowTheStoreAndKeepValuesTheyCannotSh
     const QDateTime when = QDateTime::currentDateTime().addSecs(-3600).addMSecs(-500);
     defaults().setDouble(when.toMSecsSinceEpoch() / 1000.0, lastUpdateCheck);
     EXPECT_EQ(label->text(), RelativeAdditions::relativeFinderDescription(when));
-}
-
-TEST_F(PreferencesWindowTest, LosingTheActiveWindowWritesTheSettings)
-{
-    control<QSpinBox>("maximumPagesSpinBox")->setValue(77);
-    // No event loop ran, so the change has not reached the file on its own.
-    ASSERT_FALSE(preferencesFile().contains(maximumNumberOfPagesPreviewed));
-    QEvent deactivate(QEvent::WindowDeactivate);
-    QApplication::sendEvent(controller->window(), &deactivate);
-    EXPECT_EQ(preferencesFile().value(maximumNumberOfPagesPreviewed), QVariant(qint64(77)));
 }
 
 }

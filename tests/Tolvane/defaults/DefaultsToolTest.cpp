@@ -6,7 +6,6 @@
 #include "UserDefaults.h"
 #include "VistrelUtilities.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <algorithm>
@@ -103,15 +102,6 @@ TEST(DefaultsTool, ReadMergedShowsTheSettingsWithTheirKinds)
 
     run({ "write", domain, "Preferences Version", "-float", "2" });
     EXPECT_EQ(run({ "read-merged" }).status, 3);
-}
-
-TEST(DefaultsTool, FormatsNestedValues)
-{
-    const QVariantMap nested { { "k", QVariantList { true, 1.5, QByteArray("\x01\xff", 2) } } };
-    EXPECT_EQ(DefaultsTool::formatValue(nested), "{ \"k\" = ( true, 1.5, <01ff> ); }");
-    EXPECT_EQ(DefaultsTool::formatValue(QDateTime::fromSecsSinceEpoch(0, Qt::UTC)),
-        "1970-01-01T00:00:00Z");
-    EXPECT_EQ(DefaultsTool::formatValue(128.0f), "128.0");
 }
 
 }
