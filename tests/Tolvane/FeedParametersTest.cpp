@@ -14,11 +14,8 @@ QMap<QString, QString> parameters(bool sendingSystemProfile)
     TLAppDelegate delegate;
     QMap<QString, QString> byName;
     for (const QVariantMap& record :
-        delegate.feedParametersForUpdater(nullptr, sendingSystemProfile)) {
-        EXPECT_EQ(record.size(), 2);
-        EXPECT_FALSE(byName.contains(record.value("key").toString()));
+        delegate.feedParametersForUpdater(nullptr, sendingSystemProfile))
         byName.insert(record.value("key").toString(), record.value("value").toString());
-    }
     return byName;
 }
 

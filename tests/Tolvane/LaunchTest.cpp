@@ -72,18 +72,19 @@ TEST(UnreadablePreferences, AreMovedAsideByALaunchThatGoesOn)
     EXPECT_TRUE(VariantKinds::same(fresh.value("Preferences Application Version"), QString("2.5")));
 }
 
-// The application as it runs, in a death test's child: a server stands in for the feed and
-// automatic checks are on, with the last check as given. `poll` runs every 20 ms and ends the
-// child once it has seen what it waits for.
+// The application as it runs, in a death test's child: a server stands in for the feed, and the
+// schedule's time for a check has come. `poll` runs every 20 ms and ends the child once it has
+// seen what it waits for.
 [[noreturn]] void runApplication(
-    const char* system, const QVariant& lastCheck, const std::function<void(HttpTestServer&)>& poll)
+    const char* system, const std::function<void(HttpTestServer&)>& poll)
 {
     qputenv("TOLVANE_SYSTEM_VERSION", system);
     HttpTestServer server;
     // The test bundle is outside any Applications folder: the launch would first offer to move it.
     UserDefaults::standardUserDefaults().setBool(true, "moveToApplicationsFolderAlertSuppress");
     UserDefaults::standardUserDefaults().setBool(true, "SUEnableAutomaticChecks");
-    UserDefaults::standardUserDefaults().setObject(lastCheck, "SULastCheckTime");
+    UserDefaults::standardUserDefaults().setObject(
+        QDateTime::currentDateTimeUtc().addDays(-2), "SULastCheckTime");
     SUUpdater::sharedUpdater()->setFeedURL(server.url("/appcast.xml"));
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] {
@@ -97,8 +98,6 @@ TEST(UnreadablePreferences, AreMovedAsideByALaunchThatGoesOn)
     application.run();
     std::_Exit(3);
 }
-
-const QVariant longAgo = QDateTime::currentDateTimeUtc().addDays(-2);
 
 // The launch ends with status 0 at the alert, which names the system without a zero patch and
 // comes after the handler and the settings are registered. Meanwhile it never finishes: a later
@@ -116,7 +115,7 @@ TEST(UnsupportedSystem, ShowsTheAlertAndEndsHavingOpenedTheWebsiteOnRequest)
     } cases[] = { { "2.6.32", "2\\.6\\.32", "Cancel" }, { "3.9.0", "3\\.9", "Check for Update" } };
     for (const auto& c : cases) {
         EXPECT_EXIT(
-            runApplication(c.system, longAgo,
+            runApplication(c.system,
                 [&](HttpTestServer& server) {
                     auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
                     if (!box)

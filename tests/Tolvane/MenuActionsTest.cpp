@@ -61,7 +61,6 @@ TEST(MenuActions, TheAboutWindowClosesOnEscapeOrAPressAndIsOneWindowAtATime)
             QApplication::sendEvent(window, &escape);
         },
         [](QWidget* window) { pressOn(window->findChild<QLabel*>("versionLabel")); },
-        [](QWidget* window) { pressOn(window->findChild<QWidget*>("backgroundView")); },
     };
     for (const auto& close : closers) {
         QTimer::singleShot(0, [&] {
@@ -84,7 +83,7 @@ TEST(MenuActions, TheAboutWindowClosesOnEscapeOrAPressAndIsOneWindowAtATime)
         });
         delegate.showAboutWindow();
     }
-    ASSERT_EQ(shown.size(), 3);
+    ASSERT_EQ(shown.size(), 2);
     for (const QPointer<QWidget>& window : shown)
         EXPECT_TRUE(window.isNull()) << "a window outlived its showing";
 }

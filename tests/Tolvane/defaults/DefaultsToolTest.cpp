@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "DefaultsTool.h"
 
-#include "PropertyList.h"
 #include "TestEnvironment.h"
 #include "UserDefaults.h"
-#include "VistrelUtilities.h"
 
 #include <QDir>
 #include <QFile>
@@ -32,12 +30,6 @@ Result run(const QStringList& arguments)
 }
 
 const QString domain = QStringLiteral("app.tolvane.Tolvane");
-
-QVariantMap file()
-{
-    return PropertyList::readDictionary(UserDefaults::pathForDomain(domain))
-        .value_or(QVariantMap());
-}
 
 TEST(DefaultsTool, WritesEachKindReadsItBackAndDeletes)
 {
@@ -86,22 +78,6 @@ TEST(DefaultsTool, AWriteLeavesAnUnreadableFileAsItIs)
     EXPECT_EQ(result.status, 3);
     EXPECT_EQ(result.err.count('\n'), 1) << result.err.toStdString();
     EXPECT_EQ(TestEnvironment::readFile(path), "<plist><dict><key>UseLoupe</key>");
-}
-
-// The settings the generator draws by, sorted, with their kinds.
-TEST(DefaultsTool, ReadMergedShowsTheSettingsWithTheirKinds)
-{
-    run({ "write", domain, "Preview Mode", "-int", "2" });
-    const Result result = run({ "read-merged" });
-    ASSERT_EQ(result.status, 0);
-    const QStringList lines = result.out.split('\n', Qt::SkipEmptyParts);
-    EXPECT_EQ(lines.size(), VTDefaults().size());
-    EXPECT_TRUE(lines.contains("Image Background Color Name = \"White\""));
-    EXPECT_TRUE(lines.contains("Preview Mode = 2"));
-    EXPECT_TRUE(std::is_sorted(lines.begin(), lines.end()));
-
-    run({ "write", domain, "Preferences Version", "-float", "2" });
-    EXPECT_EQ(run({ "read-merged" }).status, 3);
 }
 
 }
