@@ -38,13 +38,6 @@ TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParametersEscaped)
     EXPECT_TRUE(request.contains("lang=fr-CA%26x%3D1")) << request.data();
 }
 
-void pressOn(QWidget* widget)
-{
-    QMouseEvent press(QEvent::MouseButtonPress, QPoint(2, 2), widget->mapToGlobal(QPoint(2, 2)),
-        Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(widget, &press);
-}
-
 // Each showing is a modal window of its own that comes to the front; the one before is gone by
 // then, so there is never a second about window on the screen. Escape closes it and other keys do
 // not; a press anywhere closes it at once, without waiting for the release.
@@ -60,7 +53,11 @@ TEST(MenuActions, TheAboutWindowClosesOnEscapeOrAPressAndIsOneWindowAtATime)
             QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
             QApplication::sendEvent(window, &escape);
         },
-        [](QWidget* window) { pressOn(window->findChild<QLabel*>("versionLabel")); },
+        [](QWidget* window) {
+            QMouseEvent press(QEvent::MouseButtonPress, QPoint(2, 2),
+                window->mapToGlobal(QPoint(2, 2)), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(window->findChild<QLabel*>("versionLabel"), &press);
+        },
     };
     for (const auto& close : closers) {
         QTimer::singleShot(0, [&] {

@@ -16,7 +16,7 @@ namespace RunningApplication {
 
 inline const QString busName = QStringLiteral("app.tolvane.Tolvane");
 
-// Runs a program to its end; its standard output.
+// Runs a program to its end; its standard output, trimmed.
 inline QString output(const QString& program, const QStringList& arguments,
     const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
 {
@@ -24,7 +24,7 @@ inline QString output(const QString& program, const QStringList& arguments,
     process.setProcessEnvironment(environment);
     process.start(program, arguments);
     EXPECT_TRUE(process.waitForFinished(120000)) << program.toStdString();
-    return QString::fromUtf8(process.readAllStandardOutput());
+    return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
 // The process id of the instance that owns the bus name; 0 when none does.

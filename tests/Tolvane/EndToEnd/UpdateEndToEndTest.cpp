@@ -13,11 +13,6 @@ namespace {
 
 using namespace RunningApplication;
 
-QString run(const QString& program, const QStringList& arguments)
-{
-    return output(program, arguments).trimmed();
-}
-
 QString bundleVersion(const QString& bundle)
 {
     return PropertyList::readDictionary(bundle + "/Contents/Info.plist")
@@ -34,14 +29,18 @@ bool ends(QProcess& process)
 }
 
 // Everything under the folder with its size, to tell a whole bundle from a changed one.
-QString listing(const QString& folder) { return run("find", { folder, "-printf", "%P %s %m\\n" }); }
+QString listing(const QString& folder)
+{
+    return output("find", { folder, "-printf", "%P %s %m\\n" });
+}
 
 class UpdateEndToEnd : public testing::Test {
 public:
     void SetUp() override
     {
         const QString home = TestEnvironment::home();
-        publicKey = run(TOLVANE_RELEASE_TOOL, { "generate-keys", "--private-key", home + "/key" });
+        publicKey
+            = output(TOLVANE_RELEASE_TOOL, { "generate-keys", "--private-key", home + "/key" });
         copyBundle(bundle,
             { { "SUFeedURL", server.url("/appcast.xml").toString() },
                 { "SUPublicEDKey", publicKey } });
@@ -80,7 +79,7 @@ public:
         if (change)
             change(copy);
         const QString archive = folder.path() + "/Tolvane-2.0.tar.gz";
-        run("tar",
+        output("tar",
             { "-C", folder.path(), "--use-compress-program=gzip -1", "-cf", archive,
                 "Tolvane.app" });
         return TestEnvironment::readFile(archive);
@@ -91,7 +90,7 @@ public:
     {
         const QString path = TestEnvironment::home() + "/served.tar.gz";
         TestEnvironment::writeFile(path, archive);
-        const QString attributes = run(TOLVANE_RELEASE_TOOL,
+        const QString attributes = output(TOLVANE_RELEASE_TOOL,
             { "sign", "--private-key",
                 privateKey.isEmpty() ? TestEnvironment::home() + "/key" : privateKey, path });
         server.respondTo("/Tolvane-2.0.tar.gz", { 200, archive, "application/octet-stream" });
@@ -134,7 +133,7 @@ public:
     void pressInstallUpdate()
     {
         const auto updateWindow = [] {
-            return run("xdotool", { "search", "--onlyvisible", "--name", "^Software Update$" })
+            return output("xdotool", { "search", "--onlyvisible", "--name", "^Software Update$" })
                 .section('\n', 0, 0);
         };
         ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !updateWindow().isEmpty(); }, 60000));
@@ -204,7 +203,7 @@ TEST_F(UpdateEndToEnd, InstallUpdateReplacesTheBundleAndTheNewCopyTakesOver)
 TEST_F(UpdateEndToEnd, AnArchiveSignedWithAnotherKeyLeavesTheOldCopyRunning)
 {
     const QString otherKey = TestEnvironment::home() + "/other-key";
-    run(TOLVANE_RELEASE_TOOL, { "generate-keys", "--private-key", otherKey });
+    output(TOLVANE_RELEASE_TOOL, { "generate-keys", "--private-key", otherKey });
     publish(releaseArchive(), otherKey);
     expectTheOldCopyRunsOn();
 }

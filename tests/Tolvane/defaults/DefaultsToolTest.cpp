@@ -4,9 +4,7 @@
 #include "TestEnvironment.h"
 #include "UserDefaults.h"
 
-#include <QDir>
 #include <QFile>
-#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace {

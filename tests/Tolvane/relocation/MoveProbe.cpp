@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The application itself, with a hand that answers its windows, for the tests of the move into
-// the Applications folder. It runs exactly as Tolvane does, and notes into $MOVE_PROBE_LOG, one
-// line each:
-//   start <bundle path>                     at start-up
-//   alert | <message> | <informative text> | <buttons, default first> | escape <title> | box
-//   <title> window <class>                          another window shown: the launch went on
-//   end                                     the event loop ended
-// $MOVE_PROBE_ANSWER tells how to answer the question: "move", "stay" (Escape) or "stay-for-good"
-// (tick the check box, then Escape). A failure alert is acknowledged. Other windows are closed, so
-// that the launch ends by itself.
+// the Applications folder. It notes into $MOVE_PROBE_LOG, one line each: "start <bundle path>",
+// "alert | <message> | <informative text> | <buttons, default first> | escape <title> | box
+// <title>", "window <class>" for any other window (the launch went on) and "end". It answers the
+// question as $MOVE_PROBE_ANSWER says: "move", "stay" (Escape) or "stay-for-good" (ticks the box,
+// then Escape); it acknowledges a failure alert and closes other windows, so that it ends itself.
 #include "Bundle.h"
 #include "TLApplication.h"
 
