@@ -11,14 +11,20 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QSysInfo>
 #include <QTimer>
+#include <QUrlQuery>
 #include <gtest/gtest.h>
 
 namespace {
 
-TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParametersEscaped)
+// The request carries the delegate's parameters, each escaped: the first language goes in as it is
+// stored, "&" and all. The test bundle has a name and a version but no "QXAppID".
+TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParameters)
 {
-    UserDefaults::standardUserDefaults().setObject(QVariantList { "fr-CA&x=1" }, "AppleLanguages");
+    qputenv("TOLVANE_SYSTEM_VERSION", "10.13");
+    UserDefaults::standardUserDefaults().setObject(
+        QVariantList { "fr-CA&x=1", "en" }, "AppleLanguages");
     HttpTestServer server;
     server.respond({ 404, {} });
     SUUpdater* updater = SUUpdater::sharedUpdater();
@@ -33,9 +39,19 @@ TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParametersEscaped)
         updater->setDelegate(nullptr);
     }
     ASSERT_EQ(server.requests().size(), 1);
-    const QByteArray request = server.requests()[0].requestLine;
-    EXPECT_TRUE(request.contains("type=RA")) << request.data();
-    EXPECT_TRUE(request.contains("lang=fr-CA%26x%3D1")) << request.data();
+    QMap<QString, QString> query;
+    const QUrl target(QString::fromLatin1(server.requests()[0].target));
+    for (const auto& [key, value] : QUrlQuery(target).queryItems(QUrl::FullyDecoded))
+        query.insert(key, value);
+    EXPECT_EQ(query,
+        (QMap<QString, QString> { { "app", "Tolvane" }, { "type", "RA" }, { "appver", "2.5" },
+            { "osver", "10.13.0" }, { "arch", "Intel" },
+            // What the processor can run, not what this program was built for.
+            { "archbits",
+                QSysInfo::currentCpuArchitecture().contains("64") || QSysInfo::WordSize == 64
+                    ? "64"
+                    : "32" },
+            { "lang", "fr-CA&x=1" }, { "profile", "false" } }));
 }
 
 // Each showing is a modal window of its own that comes to the front; the one before is gone by

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "NSCalendarDate-RelativeAdditions.h"
 #include "PropertyList.h"
 #include "SUUpdater.h"
 #include "TLPrefrencesWindowController.h"
@@ -193,12 +192,6 @@ TEST_F(PreferencesWindowTest, TheControlsKeepValuesTheyCannotShowAndTheBackgroun
     defaults().setInteger(0, imageBackgroundColorTag);
     EXPECT_EQ(control<QComboBox>("backgroundColorComboBox")->currentText(), "None");
     EXPECT_EQ(defaults().objectForKey(imageBackgroundColorName), QVariant("Gray"));
-
-    auto* label = control<QLabel>("lastUpdateCheckLabel");
-    EXPECT_EQ(label->text(), "Never");
-    const QDateTime when = QDateTime::currentDateTime().addSecs(-3600).addMSecs(-500);
-    defaults().setDouble(when.toMSecsSinceEpoch() / 1000.0, lastUpdateCheck);
-    EXPECT_EQ(label->text(), RelativeAdditions::relativeFinderDescription(when));
 }
 
 }

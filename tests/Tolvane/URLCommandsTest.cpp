@@ -67,11 +67,9 @@ TEST_F(URLCommands, CommandsThatRevealNothingSaySoInOneLine)
     EXPECT_EQ(fileManager.calls().size(), qsizetype(std::size(urls)));
 }
 
-// Any other path shows the window at the pane it has; one controller for the application's life.
+// Any other path shows the window at the pane it has.
 TEST_F(URLCommands, SettingsOpenThePreferencesAtTheirPane)
 {
-    int activations = 0;
-    QObject::connect(&delegate, &TLAppDelegate::activateRequested, [&] { ++activations; });
     const auto open = [&](const char* url) {
         NSAppleEventManager::sharedAppleEventManager().dispatchGetURL(url);
         return delegate.preferencesWindowController()->mode();
@@ -81,7 +79,6 @@ TEST_F(URLCommands, SettingsOpenThePreferencesAtTheirPane)
     EXPECT_EQ(open("tolvane://settings/settings"), 1);
     EXPECT_EQ(open("tolvane://settings/about/"), 1);
     EXPECT_EQ(open("tolvane://settings/about"), 0);
-    EXPECT_EQ(activations, 4);
 }
 
 // The folder of the first file is opened in its place.
