@@ -13,20 +13,16 @@ namespace {
 
 using namespace PFMoveApplication;
 
-TEST(MoveSteps, WhatCountsAsAnApplicationsOrADownloadsFolderAndWhereToInstall)
+TEST(MoveSteps, WhatCountsAsAnApplicationsFolderAndWhereToInstall)
 {
     const QString home = TestEnvironment::home();
     qputenv("TOLVANE_SYSTEM_APPLICATIONS", "/usr/lib/x86_64-linux-gnu/tolvane");
-    TestEnvironment::writeFile(
-        home + "/.config/user-dirs.dirs", "XDG_DOWNLOAD_DIR=\"$HOME/Fetched\"\n");
     EXPECT_TRUE(IsInApplicationsFolder(home + "/Applications/Tools/Tolvane.app"));
     EXPECT_TRUE(IsInApplicationsFolder(
         qEnvironmentVariable("TOLVANE_LOCAL_APPLICATIONS") + "/Tolvane.app"));
     EXPECT_TRUE(IsInApplicationsFolder("/usr/lib/x86_64-linux-gnu/tolvane/Tolvane.app"));
     EXPECT_TRUE(IsInApplicationsFolder("/srv/Applications/Tolvane.app"));
     EXPECT_FALSE(IsInApplicationsFolder("/srv/MyApplications/Tolvane.app"));
-    EXPECT_TRUE(IsInDownloadsFolder(home + "/Fetched/unpacked/Tolvane.app"));
-    EXPECT_FALSE(IsInDownloadsFolder(home + "/Tolvane.app"));
 
     // The install location is the local Applications folder, its links followed.
     QDir().mkpath(home + "/disk/opt");
