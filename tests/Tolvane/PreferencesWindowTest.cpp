@@ -53,11 +53,6 @@ protected:
         return PropertyList::readDictionary(VTPreferencesPath()).value_or(QVariantMap());
     }
 
-    QList<QWidget*> shownWidgets()
-    {
-        return controller->contentView()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
-    }
-
     template <typename Control> Control* control(const char* name)
     {
         for (QWidget* pane :
@@ -94,7 +89,8 @@ TEST_F(PreferencesWindowTest, EachToolbarItemShowsItsPaneAtThePaneSizeKeepingThe
         item->trigger();
         EXPECT_EQ(controller->mode(), pane.tag);
         EXPECT_EQ(controller->selectedToolbarItemIdentifier(), pane.identifier);
-        EXPECT_EQ(shownWidgets(), QList<QWidget*> { pane.view });
+        EXPECT_EQ(controller->contentView()->findChildren<QWidget*>(Qt::FindDirectChildrenOnly),
+            QList<QWidget*> { pane.view });
         EXPECT_EQ(controller->contentView()->size(), pane.view->size());
         EXPECT_EQ(controller->window()->geometry().top(), top);
     }

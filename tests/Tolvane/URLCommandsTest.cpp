@@ -52,9 +52,8 @@ TEST_F(URLCommands, RevealsAnImageOrFontFiles)
 TEST_F(URLCommands, CommandsThatRevealNothingSaySoInOneLine)
 {
     const char* const urls[] = { "tolvane://reveal/font?path1=/b", "tolvane://Reveal/image?path=/a",
-        "tolvane://reveal/video?path=/a", "tolvane://reveal/image/?path=/a",
-        "tolvane://reveal/image?path=/%C3", "tolvane://reveal/font?path=/a&path1",
-        "not a url at all", "tolvane://explode/now" };
+        "tolvane://reveal/image/?path=/a", "tolvane://reveal/image?path=/%C3",
+        "tolvane://reveal/font?path=/a&path1", "not a url at all" };
     for (const char* url : urls) {
         SCOPED_TRACE(url);
         testing::internal::CaptureStderr();

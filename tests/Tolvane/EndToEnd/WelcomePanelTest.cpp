@@ -183,7 +183,6 @@ TEST_F(WelcomePanel, ShowsFirstThenAutoThenFirstAgainForANewVersion)
     EXPECT_EQ(fields.value("show"), "first");
     EXPECT_EQ(fields.value("lang"), "fr-CA");
     EXPECT_EQ(fields.value("x"), "1");
-    EXPECT_EQ(fields.value("appid"), "TLV");
     EXPECT_EQ(fields.value("osver"), "10.13.0");
     EXPECT_TRUE(panelShown());
     quitOnceStored("Show At Startup Entries", QVariantMap { { "1", true } });

@@ -107,10 +107,6 @@ TEST_F(Move, AFirstStartFromDownloadsMovesTrashesTheOldCopyAndStartsTheNewOne)
     EXPECT_FALSE(QFileInfo::exists(bundle));
     EXPECT_TRUE(TestEnvironment::readFile(home + "/.local/share/Trash/info/Tolvane.app.trashinfo")
                     .contains("Path=" + QFile::encodeName(bundle)));
-    // The desktop learnt where it is now.
-    EXPECT_TRUE(
-        TestEnvironment::readFile(home + "/.local/share/applications/app.tolvane.Tolvane.desktop")
-            .contains("\nTryExec=" + QFile::encodeName(installed) + "/Contents/Linux/Tolvane\n"));
 }
 
 // Outside the Downloads folder the question says nothing of it; the third start asks nothing.

@@ -58,8 +58,7 @@ TEST_F(SymlinkTree, FollowsLinksAlongThePathAndStandardizesTheRest)
     EXPECT_EQ(stringByResolvingAlias(path("real")), path("real"));
 }
 
-// A long chain that is not a cycle resolves up to the kernel's own limit of links.
-TEST_F(SymlinkTree, MissingDanglingCyclicAndOverlongPathsAnswerNothing)
+TEST_F(SymlinkTree, MissingDanglingAndCyclicPathsAnswerNothing)
 {
     TestEnvironment::writeFile(path("end"), "x");
     makeLink("dangling", "nowhere");
@@ -69,11 +68,7 @@ TEST_F(SymlinkTree, MissingDanglingCyclicAndOverlongPathsAnswerNothing)
     // A relative path answers nothing either; the root is itself.
     EXPECT_TRUE(stringByResolvingSymlinksAndAliases("tree/end").isNull());
     EXPECT_EQ(stringByResolvingSymlinksAndAliases("/.."), "/");
-    for (int index = 0; index <= maximumLinkSteps; ++index)
-        makeLink("long" + QString::number(index), "long" + QString::number(index + 1));
-    makeLink("long" + QString::number(maximumLinkSteps + 1), "end");
-    EXPECT_EQ(stringByIterativelyResolvingSymlinkOrAlias(path("long2")), path("end"));
-    for (const char* name : { "missing/end", "dangling", "self", "a", "long1" }) {
+    for (const char* name : { "missing/end", "dangling", "self", "a" }) {
         EXPECT_TRUE(stringByIterativelyResolvingSymlinkOrAlias(path(name)).isNull()) << name;
         EXPECT_TRUE(stringByResolvingSymlinksAndAliases(path(name)).isNull()) << name;
     }
