@@ -188,8 +188,7 @@ TEST_F(UpdateEndToEnd, InstallUpdateReplacesTheBundleAndTheNewCopyTakesOver)
     ASSERT_TRUE(ends(tolvane));
     EXPECT_EQ(tolvane.exitCode(), 0) << tolvane.readAll().toStdString();
     EXPECT_EQ(bundleVersion(bundle), "200");
-    const qint64 owner = busNameOwner();
-    EXPECT_EQ(QFileInfo(QString("/proc/%1/exe").arg(owner)).canonicalFilePath(),
+    EXPECT_EQ(QFileInfo(QString("/proc/%1/exe").arg(busNameOwner())).canonicalFilePath(),
         QFileInfo(bundle + "/Contents/Linux/Tolvane").canonicalFilePath());
     EXPECT_TRUE(leftovers().isEmpty()) << leftovers().join(", ").toStdString();
     // The schedule's request carried the delegate's parameters.
