@@ -85,7 +85,7 @@ TEST(MenuActions, TheAboutWindowClosesOnEscapeOrAPressAndIsOneWindowAtATime)
                 ADD_FAILURE() << "no modal window";
                 return QApplication::closeAllWindows();
             }
-            EXPECT_EQ(window->findChild<QLabel*>("versionLabel")->text(), "2.5 (250)");
+            EXPECT_EQ(window->findChild<QLabel*>("versionLabel")->text(), "2.5 (v250)");
             EXPECT_TRUE(
                 TestEnvironment::waitUntil([window] { return window->isActiveWindow(); }, 10000));
             shown.append(window);
