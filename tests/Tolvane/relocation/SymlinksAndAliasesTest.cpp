@@ -45,8 +45,7 @@ TEST_F(SymlinkTree, FollowsLinksAlongThePathAndStandardizesTheRest)
     EXPECT_EQ(stringByConditionallyResolvingSymlink(path("real/deep/up")), path("real/inner/file"));
     EXPECT_EQ(stringByResolvingSymlink(path("absolute")), path("real") + "/./");
 
-    // A chain is followed to its end; the components inside a link's target text are kept as the
-    // link gives them.
+    // A chain is followed to its end; the components inside a link's target text are kept.
     makeLink("one", "two");
     makeLink("two", path("outer/inner"));
     EXPECT_EQ(stringByIterativelyResolvingSymlinkOrAlias(path("one")), path("outer/inner"));
