@@ -10,7 +10,6 @@
 #include "TestEnvironment.h"
 #include "UserDefaults.h"
 #include "VariantKinds.h"
-#include "VistrelUtilities.h"
 
 #include <QApplication>
 #include <QDir>
@@ -18,334 +17,134 @@
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
-#include <QThread>
 #include <QTimer>
 #include <cstdio>
 #include <gtest/gtest.h>
 
 namespace {
 
-// Answers the next modal alert with the button of that text, after noting what the alert says and
-// what the launch had done by then.
-void answerAlertWith(const QString& button)
-{
-    QTimer::singleShot(50, [button] {
-        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (!box) {
-            answerAlertWith(button);
-            return;
-        }
-        const bool handlerRegistered
-            = NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing");
-        const bool defaultsRegistered
-            = UserDefaults::standardUserDefaults().registeredDefaults().contains("UseLoupe");
-        std::fprintf(stderr, "alert: %s | %s | handler %d defaults %d\n",
-            box->text().toUtf8().constData(), box->informativeText().toUtf8().constData(),
-            handlerRegistered, defaultsRegistered);
-        for (QAbstractButton* candidate : box->buttons()) {
-            if (candidate->text() == button)
-                candidate->click();
-        }
-    });
-}
-
-// Each launch runs in a fresh child process: the system version is read once per process. The
-// alert names the system without a zero patch, and comes after the handler and the defaults are
-// registered.
-TEST(UnsupportedSystem, ShowsTheAlertAndEndsWithStatusZeroHavingOpenedTheWebsiteOnRequest)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    FakeOpener opener;
-    const struct {
-        const char* system;
-        const char* shownVersion;
-        const char* button;
-    } cases[] = { { "3.9.0", "3\\.9", "Check for Update" }, { "2.6.32", "2\\.6\\.32", "Cancel" } };
-    for (const auto& c : cases) {
-        EXPECT_EXIT(
-            {
-                qputenv("TOLVANE_SYSTEM_VERSION", c.system);
-                answerAlertWith(c.button);
-                TLAppDelegate delegate;
-                delegate.applicationWillFinishLaunching();
-                std::fprintf(stderr, "still running\n");
-                std::exit(3);
-            },
-            testing::ExitedWithCode(0),
-            QStringLiteral(
-                "alert: This version of Tolvane, version 2\\.5, is incompatible with Mac OS X "
-                "%1 \\| Visit our website to check for a newer version of the application\\. "
-                "\\| handler 1 defaults 1")
-                .arg(c.shownVersion)
-                .toStdString());
-    }
-    // The children share the home folder, so what they opened is seen here: the website once,
-    // for "Check for Update" and not for "Cancel". The opener may still be on its way.
-    TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 5000);
-    QThread::msleep(200);
-    EXPECT_EQ(opener.recordedArguments(), QStringList { "https://tolvane.example/" });
-}
-
-// The test bundle is outside any Applications folder: without the suppress key the launch would
-// first offer to move it.
-void suppressMoveOffer()
-{
-    UserDefaults::standardUserDefaults().setBool(true, "moveToApplicationsFolderAlertSuppress");
-}
-
-TEST(SupportedSystem, RegistersTheHandlerAndTheSettingsAndGoesOn)
-{
-    qputenv("TOLVANE_SYSTEM_VERSION", "3.10.0");
-    suppressMoveOffer();
-    TLAppDelegate delegate;
-    delegate.applicationWillFinishLaunching();
-    EXPECT_TRUE(NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing"));
-    const QVariantMap registered = UserDefaults::standardUserDefaults().registeredDefaults();
-    for (const QString& key : VTDefaults().keys())
-        EXPECT_TRUE(VariantKinds::same(registered.value(key), VTDefaults().value(key)))
-            << key.toStdString();
-    // Registration writes nothing.
-    EXPECT_FALSE(UserDefaults::standardUserDefaults().persistentDomain().contains("UseLoupe"));
-}
-
-TEST(SupportedSystem, APreferencesFileItCannotReadDoesNotStopTheLaunch)
-{
-    qputenv("TOLVANE_SYSTEM_VERSION", "3.10.0");
-    ASSERT_TRUE(PropertyList::writeXmlAtomically(
-        QVariantMap { { "Preferences Version", 2.0 } }, VTPreferencesPath()));
-    suppressMoveOffer();
-    TLAppDelegate delegate;
-    delegate.applicationWillFinishLaunching();
-    EXPECT_TRUE(NSAppleEventManager::sharedAppleEventManager().dispatchGetURL("tolvane://nothing"));
-    EXPECT_FALSE(UserDefaults::standardUserDefaults().registeredDefaults().contains("UseLoupe"));
-}
-
-struct UnreadableCase {
-    const char* name;
-    QByteArray contents;
-};
-void PrintTo(const UnreadableCase& value, std::ostream* out) { *out << value.name; }
-
-class UnreadablePreferences : public testing::TestWithParam<UnreadableCase> { };
-
-// The launch writes its own keys; the user's settings in a file it cannot read are moved aside,
-// said in one line, and never deleted. The new file is readable, so the next launch moves nothing.
-TEST_P(UnreadablePreferences, AreMovedAsideWithOneWarning)
+// On a supported system the launch goes on and writes its own keys, automatic checks turned on.
+// The user's settings in a file it cannot read are moved aside, said in one line, and never
+// deleted; the new file is readable.
+TEST(UnreadablePreferences, AreMovedAsideByALaunchThatGoesOn)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     const QString path = UserDefaults::pathForDomain(Bundle::mainBundle().bundleIdentifier());
-    TestEnvironment::writeFile(path, GetParam().contents);
+    const QByteArray truncated = "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>Use";
+    TestEnvironment::writeFile(path, truncated);
     EXPECT_EXIT(
         {
-            qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
+            qputenv("TOLVANE_SYSTEM_VERSION", "3.10.0");
+            UserDefaults& defaults = UserDefaults::standardUserDefaults();
             // Registered, not stored: the stored settings are the unreadable file.
-            UserDefaults::standardUserDefaults().registerDefaults(
-                { { "moveToApplicationsFolderAlertSuppress", true } });
+            defaults.registerDefaults({ { "moveToApplicationsFolderAlertSuppress", true } });
             testing::internal::CaptureStderr();
             {
                 TLAppDelegate delegate;
                 delegate.applicationWillFinishLaunching();
                 delegate.applicationDidFinishLaunching();
-                UserDefaults::standardUserDefaults().synchronize();
+                defaults.synchronize();
             }
             const QString log = QString::fromStdString(testing::internal::GetCapturedStderr());
-            std::fprintf(stderr, "%s", log.toUtf8().constData());
+            std::fprintf(stderr, "%s", qPrintable(log));
             std::_Exit(log.count(QStringLiteral("WARNING -- the preferences file")) == 1 ? 0 : 1);
         },
         testing::ExitedWithCode(0), "WARNING -- the preferences file .* could not be read");
     const QDir folder = QFileInfo(path).dir();
     const QStringList aside = folder.entryList({ QFileInfo(path).fileName() + ".unreadable-*" });
     ASSERT_EQ(aside.size(), 1);
-    EXPECT_EQ(TestEnvironment::readFile(folder.filePath(aside.first())), GetParam().contents);
-    const auto fresh = PropertyList::readDictionary(path);
-    ASSERT_TRUE(fresh);
-    EXPECT_EQ(fresh->value("SUEnableAutomaticChecks"), QVariant(true));
+    EXPECT_EQ(TestEnvironment::readFile(folder.filePath(aside.first())), truncated);
+    const QVariantMap fresh = PropertyList::readDictionary(path).value_or(QVariantMap());
+    EXPECT_TRUE(VariantKinds::same(fresh.value("SUEnableAutomaticChecks"), true));
+    EXPECT_TRUE(VariantKinds::same(fresh.value("Preferences Application Version"), QString("2.5")));
 }
 
-QByteArray nestedDeeperThanTheReaderAllows()
+// The application as it runs, in a death test's child: a server stands in for the feed, and the
+// schedule's time for a check has come. `poll` runs every 20 ms and ends the child once it has
+// seen what it waits for.
+[[noreturn]] void runApplication(
+    const char* system, const std::function<void(HttpTestServer&)>& poll)
 {
-    return "<plist version=\"1.0\"><dict><key>k</key>" + QByteArray("<array>").repeated(600)
-        + QByteArray("</array>").repeated(600) + "</dict></plist>";
-}
-
-INSTANTIATE_TEST_SUITE_P(Files, UnreadablePreferences,
-    testing::Values(UnreadableCase { "truncated",
-                        "<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>UseLoupe</key>" },
-        UnreadableCase { "arrayAtTheTop", "<plist version=\"1.0\"><array><true/></array></plist>" },
-        UnreadableCase { "nestedTooDeep", nestedDeeperThanTheReaderAllows() }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-struct FinishCase {
-    const char* name;
-    const char* system;
-    QVariant storedAutomaticChecks;
-    bool expectChecks;
-    bool expectBackgroundCheck;
-};
-void PrintTo(const FinishCase& value, std::ostream* out) { *out << value.name; }
-
-class FinishLaunching : public testing::TestWithParam<FinishCase> { };
-
-TEST_P(FinishLaunching, TurnsOnChecksAndStartsTheBackgroundCheckOnlyUpToTen9)
-{
-    const FinishCase& c = GetParam();
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            qputenv("TOLVANE_SYSTEM_VERSION", c.system);
-            UserDefaults& defaults = UserDefaults::standardUserDefaults();
-            defaults.setObject(c.storedAutomaticChecks, "SUEnableAutomaticChecks");
-            defaults.setObject(QString("0.1"), "Preferences Application Version");
-            SUUpdater* updater = SUUpdater::sharedUpdater();
-            bool finished = false;
-            QObject::connect(
-                updater, &SUUpdater::updateCheckFinished, [&finished] { finished = true; });
-            TLAppDelegate delegate;
-            delegate.setLaunchUpdateChecksDelay(std::chrono::milliseconds(0));
-            // The delayed checks start the updater's before the generator's: when the generator's
-            // starts, the updater's has started (and may have ended) or never will.
-            QObject::connect(
-                &delegate, &TLAppDelegate::generatorUpdateCheckRunning, [&](bool running) {
-                    if (!running)
-                        return;
-                    const bool started = finished || updater->updateInProgress();
-                    std::fprintf(stderr, "checks %s background %d version %s\n",
-                        defaults.objectForKey("SUEnableAutomaticChecks").toString().toUtf8().data(),
-                        started,
-                        defaults.objectForKey("Preferences Application Version")
-                            .toString()
-                            .toUtf8()
-                            .data());
-                    std::_Exit(0);
-                });
-            delegate.applicationDidFinishLaunching();
-            // Even a delay of zero waits for the event loop.
-            if (updater->updateInProgress())
-                std::_Exit(2);
-            TestEnvironment::waitUntil([] { return false; }, 120000);
-            std::_Exit(3);
-        },
-        testing::ExitedWithCode(0),
-        QStringLiteral("checks %1 background %2 version 2\\.5")
-            .arg(c.expectChecks ? "true" : "false")
-            .arg(int(c.expectBackgroundCheck))
-            .toStdString());
-}
-
-INSTANTIATE_TEST_SUITE_P(Launches, FinishLaunching,
-    testing::Values(FinishCase { "firstLaunchOn10_9", "10.9.0", QVariant(), true, true },
-        FinishCase { "firstLaunchOn10_10", "10.10.0", QVariant(), true, false },
-        FinishCase { "checksTurnedOffOn10_8", "10.8.5", QVariant(false), false, false },
-        FinishCase { "kernel6", "6.1.0", QVariant(), true, true }),
-    [](const auto& info) { return std::string(info.param.name); });
-
-// The application as it runs: a server stands in for the feed, automatic checks are on and the
-// last check is long past, so that a schedule that ran would ask at once.
-void prepareRun(HttpTestServer& server, const QVariant& lastCheck)
-{
-    suppressMoveOffer();
-    UserDefaults& defaults = UserDefaults::standardUserDefaults();
-    defaults.setBool(true, "SUEnableAutomaticChecks");
-    defaults.setObject(lastCheck, "SULastCheckTime");
+    qputenv("TOLVANE_SYSTEM_VERSION", system);
+    HttpTestServer server;
+    // The test bundle is outside any Applications folder: the launch would first offer to move it.
+    UserDefaults::standardUserDefaults().setBool(true, "moveToApplicationsFolderAlertSuppress");
+    UserDefaults::standardUserDefaults().setBool(true, "SUEnableAutomaticChecks");
+    UserDefaults::standardUserDefaults().setObject(
+        QDateTime::currentDateTimeUtc().addDays(-2), "SULastCheckTime");
     SUUpdater::sharedUpdater()->setFeedURL(server.url("/appcast.xml"));
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        // Not again while it spins the event loop itself.
+        timer.stop();
+        poll(server);
+        timer.start();
+    });
+    timer.start(20);
+    TLApplication application(*qApp);
+    application.run();
+    std::_Exit(3);
 }
 
-int visibleWindowsBesides(QWidget* window)
-{
-    int count = 0;
-    for (QWidget* widget : QApplication::topLevelWidgets())
-        count += widget->isVisible() && widget != window;
-    return count;
-}
-
-// Part of the launch that never finishes: while the incompatibility alert is up, a later launch
-// hands over a file and the schedule's time has come; neither may do anything.
-TEST(BlockedInstance, HandlesNoForwardedFileAndRequestsNoFeed)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            qputenv("TOLVANE_SYSTEM_VERSION", "3.9.0");
-            HttpTestServer server;
-            prepareRun(server, QDateTime::currentDateTimeUtc().addDays(-2));
-            const QString document = TestEnvironment::home() + "/Poster.eps";
-            TestEnvironment::writeFile(document, "%!PS-Adobe-3.0 EPSF-3.0\n");
-            QTimer poll;
-            QObject::connect(&poll, &QTimer::timeout, [&] {
-                auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-                if (!box)
-                    return;
-                poll.stop();
-                QProcess later;
-                later.start("gdbus",
-                    { "call", "--session", "--dest", "app.tolvane.AppTests", "--object-path",
-                        "/app/tolvane/AppTests", "--method", "org.freedesktop.Application.Open",
-                        "['" + QUrl::fromLocalFile(document).toString() + "']", "{}" });
-                TestEnvironment::waitUntil(
-                    [&] { return later.state() == QProcess::NotRunning; }, 30000);
-                // Long enough for a zero-delay timer and the forwarded request to be handled.
-                TestEnvironment::waitUntil([] { return false; }, 500);
-                std::fprintf(stderr, "forwarded %d windows %d requests %d\n", later.exitCode() == 0,
-                    visibleWindowsBesides(box), int(server.requests().size()));
-                for (QAbstractButton* button : box->buttons()) {
-                    if (button->text() == "Cancel")
-                        button->click();
-                }
-            });
-            poll.start(20);
-            TLApplication application(*qApp);
-            application.run();
-            std::exit(3);
-        },
-        testing::ExitedWithCode(0), "forwarded 1 windows 0 requests 0");
-}
-
-TEST(LaunchedInstance, ChecksOnScheduleAfterLaunchingWithTheDelegatesParameters)
+// The launch ends with status 0 at the alert, which names the system without a zero patch and
+// comes after the handler and the settings are registered. Meanwhile it never finishes: a later
+// launch hands over a file and the schedule's time has come, and neither may do anything.
+TEST(UnsupportedSystem, ShowsTheAlertAndEndsHavingOpenedTheWebsiteOnRequest)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            // Past the launch-time check's bound: what comes is the schedule's.
-            qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
-            HttpTestServer server;
-            prepareRun(server, QDateTime::currentDateTimeUtc().addDays(-2));
-            QTimer poll;
-            QObject::connect(&poll, &QTimer::timeout, [&] {
-                if (server.requests().isEmpty())
-                    return;
-                std::fprintf(stderr, "request %s\n", server.requests()[0].requestLine.constData());
-                std::_Exit(0);
-            });
-            poll.start(20);
-            TLApplication application(*qApp);
-            application.run();
-            std::_Exit(3);
-        },
-        testing::ExitedWithCode(0), "request GET /appcast.xml\\?.*type=RA.* HTTP/1.1");
-}
-
-TEST(LaunchedInstance, AFirstStartRecordsTheTimeAndChecksOneIntervalLater)
-{
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    EXPECT_EXIT(
-        {
-            qputenv("TOLVANE_SYSTEM_VERSION", "11.0.0");
-            HttpTestServer server;
-            prepareRun(server, QVariant());
-            const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
-            QTimer::singleShot(500, [&] {
-                SUUpdater* updater = SUUpdater::sharedUpdater();
-                std::fprintf(stderr, "recorded %d interval %lld requests %d\n",
-                    updater->lastUpdateCheckDate() >= before,
-                    updater->lastUpdateCheckDate().secsTo(updater->nextUpdateCheckDate()),
-                    int(server.requests().size()));
-                std::_Exit(0);
-            });
-            TLApplication application(*qApp);
-            application.run();
-            std::_Exit(3);
-        },
-        testing::ExitedWithCode(0), "recorded 1 interval 86400 requests 0");
+    FakeOpener opener;
+    const QString document = TestEnvironment::home() + "/Poster.eps";
+    TestEnvironment::writeFile(document, "%!PS-Adobe-3.0 EPSF-3.0\n");
+    const struct {
+        const char* system;
+        const char* shownVersion;
+        const char* button;
+    } cases[] = { { "2.6.32", "2\\.6\\.32", "Cancel" }, { "3.9.0", "3\\.9", "Check for Update" } };
+    for (const auto& c : cases) {
+        EXPECT_EXIT(
+            runApplication(c.system,
+                [&](HttpTestServer& server) {
+                    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                    if (!box)
+                        return;
+                    QProcess later;
+                    later.start("gdbus",
+                        { "call", "--session", "--dest", "app.tolvane.AppTests", "--object-path",
+                            "/app/tolvane/AppTests", "--method", "org.freedesktop.Application.Open",
+                            "['" + QUrl::fromLocalFile(document).toString() + "']", "{}" });
+                    TestEnvironment::waitUntil(
+                        [&] { return later.state() == QProcess::NotRunning; }, 30000);
+                    // Long enough for a zero-delay timer and the forwarded request.
+                    TestEnvironment::waitUntil([] { return false; }, 500);
+                    int windows = 0;
+                    for (QWidget* widget : QApplication::topLevelWidgets())
+                        windows += widget->isVisible() && widget != box;
+                    std::fprintf(stderr,
+                        "alert: %s | %s | handler %d defaults %d | forwarded %d windows %d "
+                        "requests %d\n",
+                        qPrintable(box->text()), qPrintable(box->informativeText()),
+                        NSAppleEventManager::sharedAppleEventManager().dispatchGetURL(
+                            "tolvane://nothing"),
+                        UserDefaults::standardUserDefaults().registeredDefaults().contains(
+                            "UseLoupe"),
+                        later.exitCode() == 0, windows, int(server.requests().size()));
+                    for (QAbstractButton* button : box->buttons()) {
+                        if (button->text() == c.button)
+                            button->click();
+                    }
+                }),
+            testing::ExitedWithCode(0),
+            QStringLiteral(
+                "alert: This version of Tolvane, version 2\\.5, is incompatible with Mac OS X "
+                "%1 \\| Visit our website to check for a newer version of the application\\. "
+                "\\| handler 1 defaults 1 \\| forwarded 1 windows 0 requests 0")
+                .arg(c.shownVersion)
+                .toStdString());
+    }
+    // The children share the home folder, so what they opened is seen here: the website once,
+    // for "Check for Update" and not for "Cancel" (which came first).
+    TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 5000);
+    EXPECT_EQ(opener.recordedArguments(), QStringList { "https://tolvane.example/" });
 }
 
 }

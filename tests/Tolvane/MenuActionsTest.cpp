@@ -1,20 +1,30 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The application menu's actions that the launch and the URL commands do not reach.
-#include "FakeDesktop.h"
 #include "HttpTestServer.h"
 #include "SUUpdater.h"
 #include "TLAppDelegate.h"
 #include "TestEnvironment.h"
+#include "UserDefaults.h"
 
 #include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
 #include <QPointer>
+#include <QSysInfo>
 #include <QTimer>
+#include <QUrlQuery>
 #include <gtest/gtest.h>
 
 namespace {
 
+// The request carries the delegate's parameters, each escaped: the first language goes in as it is
+// stored, "&" and all. The test bundle has a name and a version but no "QXAppID".
 TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParameters)
 {
+    qputenv("TOLVANE_SYSTEM_VERSION", "10.13");
+    UserDefaults::standardUserDefaults().setObject(
+        QVariantList { "fr-CA&x=1", "en" }, "AppleLanguages");
     HttpTestServer server;
     server.respond({ 404, {} });
     SUUpdater* updater = SUUpdater::sharedUpdater();
@@ -23,54 +33,71 @@ TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParameters)
     QObject::connect(updater, &SUUpdater::updateCheckFinished, [&finished] { finished = true; });
     {
         TLAppDelegate delegate;
-        ASSERT_NE(updater->delegate(), &delegate);
         delegate.checkForUpdate();
-        EXPECT_EQ(updater->delegate(), &delegate);
         ASSERT_TRUE(TestEnvironment::waitUntil([&] { return finished; }, 60000));
         updater->setDelegate(nullptr);
     }
     ASSERT_EQ(server.requests().size(), 1);
-    EXPECT_TRUE(server.requests()[0].requestLine.contains("type=RA"))
-        << server.requests()[0].requestLine.data();
+    QMap<QString, QString> query;
+    const QUrl target(QString::fromLatin1(server.requests()[0].target));
+    for (const auto& [key, value] : QUrlQuery(target).queryItems(QUrl::FullyDecoded))
+        query.insert(key, value);
+    EXPECT_EQ(query,
+        (QMap<QString, QString> { { "app", "Tolvane" }, { "type", "RA" }, { "appver", "2.5" },
+            { "osver", "10.13.0" }, { "arch", "Intel" },
+            // What the processor can run, not what this program was built for.
+            { "archbits",
+                QSysInfo::currentCpuArchitecture().contains("64") || QSysInfo::WordSize == 64
+                    ? "64"
+                    : "32" },
+            { "lang", "fr-CA&x=1" }, { "profile", "false" } }));
 }
 
-TEST(MenuActions, FeedbackAndSupportOpensTheSupportPage)
-{
-    FakeOpener opener;
-    TLAppDelegate delegate;
-    delegate.visitFeedbackAndSupport();
-    TestEnvironment::waitUntil([&] { return !opener.recordedArguments().isEmpty(); }, 10000);
-    EXPECT_EQ(opener.recordedArguments(), QStringList { "https://tolvane.example/support/" });
-}
-
-// Each showing is a window of its own that comes to the front; the one before is gone by then,
-// so there is never a second about window on the screen.
-TEST(MenuActions, TheAboutWindowShownTwiceIsOneWindowAtATime)
+// Each showing is a modal window of its own that comes to the front; the one before is gone by
+// then, so there is never a second about window on the screen. Escape closes it and other keys do
+// not; a press anywhere closes it at once, without waiting for the release.
+TEST(MenuActions, TheAboutWindowClosesOnEscapeOrAPressAndIsOneWindowAtATime)
 {
     TLAppDelegate delegate;
     QList<QPointer<QWidget>> shown;
-    for (int showing = 0; showing < 2; ++showing) {
+    const std::function<void(QWidget*)> closers[] = {
+        [](QWidget* window) {
+            QKeyEvent key(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier, QStringLiteral("a"));
+            QApplication::sendEvent(window, &key);
+            EXPECT_TRUE(window->isVisible());
+            QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+            QApplication::sendEvent(window, &escape);
+        },
+        [](QWidget* window) {
+            QMouseEvent press(QEvent::MouseButtonPress, QPoint(2, 2),
+                window->mapToGlobal(QPoint(2, 2)), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(window->findChild<QLabel*>("versionLabel"), &press);
+        },
+    };
+    for (const auto& close : closers) {
         QTimer::singleShot(0, [&] {
-            QList<QWidget*> visible;
-            for (QWidget* widget : QApplication::topLevelWidgets()) {
-                if (widget->isVisible())
-                    visible.append(widget);
+            QWidget* window = QApplication::activeModalWidget();
+            int visible = 0;
+            for (QWidget* widget : QApplication::topLevelWidgets())
+                visible += widget->isVisible();
+            EXPECT_EQ(visible, 1);
+            if (!window) {
+                ADD_FAILURE() << "no modal window";
+                return QApplication::closeAllWindows();
             }
-            EXPECT_EQ(visible.size(), 1);
-            if (!visible.isEmpty()) {
-                EXPECT_EQ(visible.first(), QApplication::activeModalWidget());
-                QWidget* window = visible.first();
-                EXPECT_TRUE(TestEnvironment::waitUntil(
-                    [window] { return window->isActiveWindow(); }, 10000));
-                shown.append(visible.first());
-            }
-            for (QWidget* widget : visible)
-                widget->close();
+            EXPECT_EQ(window->findChild<QLabel*>("versionLabel")->text(), "2.5 (v250)");
+            EXPECT_TRUE(
+                TestEnvironment::waitUntil([window] { return window->isActiveWindow(); }, 10000));
+            shown.append(window);
+            close(window);
+            EXPECT_FALSE(window->isVisible());
+            window->close();
         });
         delegate.showAboutWindow();
     }
     ASSERT_EQ(shown.size(), 2);
-    EXPECT_TRUE(shown[0].isNull() && shown[1].isNull()) << "a window outlived its showing";
+    for (const QPointer<QWidget>& window : shown)
+        EXPECT_TRUE(window.isNull()) << "a window outlived its showing";
 }
 
 }

@@ -3,70 +3,45 @@
 // whose information points the welcome page at a server on 127.0.0.1.
 #include "FakeDesktop.h"
 #include "HttpTestServer.h"
-#include "PropertyList.h"
-#include "TestEnvironment.h"
+#include "RunningApplication.h"
 
-#include <QDir>
-#include <QDirIterator>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QProcess>
-#include <QRect>
-#include <QSysInfo>
-#include <QUrlQuery>
-#include <gtest/gtest.h>
 
 namespace {
+
+using namespace RunningApplication;
 
 const QString panelTitle = QStringLiteral("Welcome to Tolvane");
 
 // The page the server sends: three stripes, each a link to click.
 const QByteArray welcomePage = R"(<!DOCTYPE html><html><head><title>Test welcome page</title><style>
-body { margin: 0; font: 20px sans-serif; }
-a { display: flex; align-items: center; justify-content: center; height: 33.3vh; color: white;
-    text-decoration: none; }
-a:nth-child(1) { background: #2a62c9; } a:nth-child(2) { background: #3a8a5c; }
-a:nth-child(3) { background: #8a5a2c; }
+body { margin: 0; } a { display: block; height: 33.3vh; background: #2a62c9; color: white; }
 </style></head><body>
 <a href="http://localhost:PORT/elsewhere">Visit another site</a>
 <a href="network-diagnostics:">Check the network settings</a>
 <a href="/welcome/next">More on the welcome site</a>
 </body></html>)";
 
-void copyFolder(const QString& from, const QString& to)
+QMap<QString, QString> formFields(const QByteArray& body)
 {
-    QDirIterator it(from, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString source = it.next();
-        const QString target = to + source.mid(from.size());
-        QDir().mkpath(QFileInfo(target).absolutePath());
-        ASSERT_TRUE(QFile::copy(source, target)) << target.toStdString();
-    }
-}
-
-// Runs a program and gives its standard output.
-QString output(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    process.waitForFinished(10000);
-    return QString::fromUtf8(process.readAllStandardOutput());
+    QMap<QString, QString> fields;
+    for (const QString& pair : QString::fromUtf8(body).split('&'))
+        fields.insert(pair.section('=', 0, 0), pair.section('=', 1));
+    return fields;
 }
 
 class WelcomePanel : public testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_FALSE(qgetenv("DISPLAY").isEmpty()) << "needs an X server (xvfb-run)";
-        bundle = TestEnvironment::home() + "/Applications/Tolvane.app";
-        copyFolder(QFileInfo(QStringLiteral(TOLVANE_EXECUTABLE)).absolutePath() + "/../..", bundle);
-        setInfo({ { "QXWelcomeScreenURL", server.url("/welcome/").toString() },
-            { "QXWelcomeScreenConnectionTestName", "localhost" } });
+        copyBundle(bundle,
+            { { "QXWelcomeScreenURL", server.url("/welcome/").toString() },
+                { "QXWelcomeScreenConnectionTestName", "localhost" } });
         server.respond([this](const HttpTestServer::Request& request) {
             if (request.target.startsWith("/welcome/next"))
                 return HttpTestServer::Response { 200, "<title>Next</title>" };
@@ -78,41 +53,22 @@ protected:
         // A settings program of the desktop, noting that it was asked for.
         const QString bin = TestEnvironment::home() + "/settings-bin";
         TestEnvironment::writeFile(bin + "/gnome-control-center",
-            "#!/bin/sh\necho \"$*\" >> '" + QFile::encodeName(settingsLog()) + "'\n");
+            "#!/bin/sh\necho \"$*\" >> '" + QFile::encodeName(settingsLog) + "'\n");
         QFile::setPermissions(bin + "/gnome-control-center", QFile::ReadOwner | QFile::ExeOwner);
-
-        environment = QProcessEnvironment::systemEnvironment();
         environment.insert("PATH", bin + ":" + environment.value("PATH"));
-        environment.insert("QT_QPA_PLATFORM", "xcb");
         environment.insert("TOLVANE_SYSTEM_VERSION", "10.13");
         environment.insert("TOLVANE_UPDATE_HOST", updateServer.authority());
         environment.insert("XDG_CURRENT_DESKTOP", "");
-        debuggingPort = closedLocalPort();
         environment.insert("QTWEBENGINE_REMOTE_DEBUGGING", QString::number(debuggingPort));
-        document = TestEnvironment::home() + "/Poster.eps";
         TestEnvironment::writeFile(document, "%!PS-Adobe-3.0 EPSF-3.0\n%%BoundingBox: 0 0 10 10\n");
     }
 
-    void TearDown() override { quit(); }
+    void TearDown() override { stop(app); }
 
-    void setInfo(const QVariantMap& changes)
-    {
-        const QString path = bundle + "/Contents/Info.plist";
-        QVariantMap info = PropertyList::readDictionary(path).value_or(QVariantMap());
-        for (auto it = changes.begin(); it != changes.end(); ++it)
-            info.insert(it.key(), it.value());
-        ASSERT_TRUE(PropertyList::writeXmlAtomically(info, path));
-    }
-
-    QString preferencesPath() const
-    {
-        return TestEnvironment::userLibrary() + "/Preferences/app.tolvane.Tolvane.plist";
-    }
     QVariantMap preferences() const
     {
-        return PropertyList::readDictionary(preferencesPath()).value_or(QVariantMap());
+        return PropertyList::readDictionary(preferencesPath).value_or(QVariantMap());
     }
-    QString settingsLog() const { return TestEnvironment::home() + "/settings.log"; }
 
     // Starts the copy with a document and waits until its launch has finished: the generator's
     // update check, which comes after the welcome screen's turn, has asked the update server.
@@ -122,49 +78,39 @@ protected:
         app.setProcessEnvironment(environment);
         app.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         app.start(bundle + "/Contents/Linux/Tolvane", { document });
-        ASSERT_TRUE(app.waitForStarted());
         ASSERT_TRUE(updateServer.waitForRequests(checks + 1, 30000)) << "the launch never finished";
     }
 
     // Waits until the user defaults have reached the file, then ends the application.
-    void quitOnceStored(const std::function<bool(const QVariantMap&)>& stored)
+    void quitOnceStored(const QString& key, const QVariant& value)
     {
-        EXPECT_TRUE(TestEnvironment::waitUntil([&] { return stored(preferences()); }, 15000))
-            << TestEnvironment::readFile(preferencesPath()).toStdString();
-        quit();
+        EXPECT_TRUE(
+            TestEnvironment::waitUntil([&] { return preferences().value(key) == value; }, 15000))
+            << TestEnvironment::readFile(preferencesPath).toStdString();
+        stop(app);
     }
 
-    void quit()
+    // The bodies of the requests that asked for the welcome page.
+    QList<QByteArray> posts() const
     {
-        if (app.state() == QProcess::NotRunning)
-            return;
-        app.terminate();
-        if (!app.waitForFinished(10000))
-            app.kill();
-        app.waitForFinished();
-    }
-
-    QList<HttpTestServer::Request> posts() const
-    {
-        QList<HttpTestServer::Request> result;
+        QList<QByteArray> bodies;
         for (const HttpTestServer::Request& request : server.requests()) {
-            if (request.method == "POST")
-                result.append(request);
+            if (request.method == "POST" && request.target == "/welcome/")
+                bodies.append(request.body);
         }
-        return result;
+        return bodies;
     }
 
     // The pages the web engine shows, as "url title" lines, from its debugging interface.
-    QString pagesShown()
+    QString pagesShown() const
     {
         QNetworkAccessManager network;
-        QNetworkReply* reply = network.get(QNetworkRequest(
-            QUrl(QStringLiteral("http://127.0.0.1:%1/json/list").arg(debuggingPort))));
-        TestEnvironment::waitUntil([reply] { return reply->isFinished(); }, 5000);
+        std::unique_ptr<QNetworkReply> reply(network.get(QNetworkRequest(
+            QUrl(QStringLiteral("http://127.0.0.1:%1/json/list").arg(debuggingPort)))));
+        TestEnvironment::waitUntil([&] { return reply->isFinished(); }, 5000);
         QString pages;
         for (const QJsonValue& page : QJsonDocument::fromJson(reply->readAll()).array())
             pages += page["url"].toString() + " " + page["title"].toString() + "\n";
-        delete reply;
         return pages;
     }
 
@@ -173,20 +119,8 @@ protected:
         return output("xwininfo", { "-root", "-tree" }).contains("\"" + panelTitle + "\"");
     }
 
-    // Clicks the page (a point given as fractions of its width and height) until the condition
-    // holds: a click that comes before the page has loaded does nothing.
-    bool clickPageUntil(double x, double y, const std::function<bool()>& condition)
-    {
-        for (int attempt = 0; attempt < 20; ++attempt) {
-            clickPage(x, y);
-            if (TestEnvironment::waitUntil(condition, 1000))
-                return true;
-        }
-        return false;
-    }
-
     // The panel's window, brought to the front: there is no window manager to keep it there.
-    QString raisedPanel() const
+    static QString raisedPanel()
     {
         const QString id = output("xdotool", { "search", "--onlyvisible", "--name", panelTitle })
                                .section('\n', 0, 0);
@@ -194,28 +128,28 @@ protected:
         return id;
     }
 
-    void clickPage(double x, double y)
+    // Clicks the page, at fractions of its width and height, until the condition holds: a click
+    // that comes before the page has loaded does nothing. The band with the check box and the
+    // buttons takes the panel's lowest 52 pixels.
+    static bool clickPageUntil(double x, double y, const std::function<bool()>& condition)
     {
-        QRect frame;
-        for (const QString& line : output("xwininfo", { "-id", raisedPanel() }).split('\n')) {
-            const int value = line.section(':', 1).trimmed().toInt();
-            if (line.contains("Absolute upper-left X"))
-                frame.moveLeft(value);
-            else if (line.contains("Absolute upper-left Y"))
-                frame.moveTop(value);
-            else if (line.contains("Width:"))
-                frame.setWidth(value);
-            else if (line.contains("Height:"))
-                frame.setHeight(value);
+        for (int attempt = 0; attempt < 20; ++attempt) {
+            const QString id = raisedPanel();
+            const QString size = output("xdotool", { "getwindowgeometry", "--shell", id });
+            const auto value = [&](const QString& name) {
+                return size.section(name + "=", 1).section('\n', 0, 0).toInt();
+            };
+            output("xdotool",
+                { "mousemove", "--window", id, QString::number(int(value("WIDTH") * x)),
+                    QString::number(int((value("HEIGHT") - 52) * y)), "click", "1" });
+            if (TestEnvironment::waitUntil(condition, 1000))
+                return true;
         }
-        // The band with the check box and the buttons takes the panel's lowest 52 pixels.
-        output("xdotool",
-            { "mousemove", QString::number(frame.x() + int(frame.width() * x)),
-                QString::number(frame.y() + int((frame.height() - 52) * y)), "click", "1" });
+        return false;
     }
 
     // For scripts/screenshots.sh, which names a folder in TOLVANE_SCREENSHOTS.
-    void screenshot(const QString& name)
+    static void screenshot(const QString& name)
     {
         const QString folder = qEnvironmentVariable("TOLVANE_SCREENSHOTS");
         if (folder.isEmpty())
@@ -228,73 +162,51 @@ protected:
     HttpTestServer server;
     HttpTestServer updateServer;
     FakeOpener browser;
-    QProcessEnvironment environment;
-    QString bundle;
-    QString document;
-    quint16 debuggingPort = 0;
+    QProcessEnvironment environment = xEnvironment();
+    QString bundle = TestEnvironment::home() + "/Applications/Tolvane.app";
+    QString document = TestEnvironment::home() + "/Poster.eps";
+    QString settingsLog = TestEnvironment::home() + "/settings.log";
+    QString preferencesPath
+        = TestEnvironment::userLibrary() + "/Preferences/app.tolvane.Tolvane.plist";
+    quint16 debuggingPort = closedLocalPort();
     QProcess app;
 };
 
-QMap<QString, QString> formFields(const QByteArray& body)
-{
-    QMap<QString, QString> fields;
-    for (const QString& pair : QString::fromUtf8(body).split('&'))
-        fields.insert(pair.section('=', 0, 0), pair.section('=', 1));
-    return fields;
-}
-
+// The user's first language goes into the body as it is stored, "&" and all.
 TEST_F(WelcomePanel, ShowsFirstThenAutoThenFirstAgainForANewVersion)
 {
-    // The user's first language goes into the body as it is stored, "&" and all.
     ASSERT_TRUE(PropertyList::writeXmlAtomically(
-        QVariantMap { { "AppleLanguages", QVariantList { "fr-CA&x=1", "en" } } },
-        preferencesPath()));
+        QVariantMap { { "AppleLanguages", QVariantList { "fr-CA&x=1", "en" } } }, preferencesPath));
     launch();
-    ASSERT_TRUE(server.waitForRequests(1));
-    ASSERT_EQ(posts().size(), 1);
-    EXPECT_EQ(posts()[0].target, "/welcome/");
-    EXPECT_EQ(posts()[0].contentType, "application/x-www-form-urlencoded");
-    const QString version = PropertyList::readDictionary(bundle + "/Contents/Info.plist")
-                                ->value("CFBundleShortVersionString")
-                                .toString();
-    EXPECT_EQ(formFields(posts()[0].body),
-        (QMap<QString, QString> { { "app", "Tolvane" }, { "appid", "TLV" }, { "appver", version },
-            { "arch", "Intel" },
-            { "archbits",
-                QSysInfo::currentCpuArchitecture().contains("64") || QSysInfo::WordSize == 64
-                    ? "64"
-                    : "32" },
-            { "lang", "fr-CA" }, { "x", "1" }, { "osver", "10.13.0" }, { "show", "first" },
-            { "type", "RA" } }))
-        << posts()[0].body.toStdString();
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return posts().size() == 1; }, 30000));
+    const QMap<QString, QString> fields = formFields(posts()[0]);
+    EXPECT_EQ(fields.value("show"), "first");
+    EXPECT_EQ(fields.value("lang"), "fr-CA");
+    EXPECT_EQ(fields.value("x"), "1");
+    EXPECT_EQ(fields.value("osver"), "10.13.0");
     EXPECT_TRUE(panelShown());
-    quitOnceStored([](const QVariantMap& stored) {
-        return stored.value("Show At Startup Entries") == QVariantMap { { "1", true } };
-    });
+    quitOnceStored("Show At Startup Entries", QVariantMap { { "1", true } });
 
     launch();
     ASSERT_TRUE(TestEnvironment::waitUntil([&] { return posts().size() == 2; }, 30000));
-    EXPECT_EQ(formFields(posts()[1].body).value("show"), "auto");
-    quit();
+    EXPECT_EQ(formFields(posts()[1]).value("show"), "auto");
+    stop(app);
 
-    setInfo({ { "QXWelcomeScreenVersion", "2" } });
+    changeInfo(bundle, { { "QXWelcomeScreenVersion", "2" } });
     launch();
     ASSERT_TRUE(TestEnvironment::waitUntil([&] { return posts().size() == 3; }, 30000));
-    EXPECT_EQ(formFields(posts()[2].body).value("show"), "first");
-    quitOnceStored([](const QVariantMap& stored) {
-        return stored.value("Show At Startup Entries")
-            == QVariantMap { { "1", true }, { "2", true } };
-    });
+    EXPECT_EQ(formFields(posts()[2]).value("show"), "first");
+    quitOnceStored("Show At Startup Entries", QVariantMap { { "1", true }, { "2", true } });
 }
 
 TEST_F(WelcomePanel, AnUnreachableTestHostShowsNothingAndStoresNothing)
 {
-    setInfo({ { "QXWelcomeScreenConnectionTestName", "welcome.unresolvable.invalid" } });
+    changeInfo(bundle, { { "QXWelcomeScreenConnectionTestName", "welcome.unresolvable.invalid" } });
     launch();
     EXPECT_FALSE(panelShown());
-    quitOnceStored([](const QVariantMap& stored) {
-        return stored.contains("Preferences Application Version");
-    });
+    quitOnceStored("Preferences Application Version",
+        PropertyList::readDictionary(bundle + "/Contents/Info.plist")
+            ->value("CFBundleShortVersionString"));
     EXPECT_FALSE(preferences().contains("Show At Startup Entries"));
     EXPECT_TRUE(server.requests().isEmpty());
 }
@@ -306,12 +218,11 @@ TEST_F(WelcomePanel, LinksToTheWelcomeSiteStayAndOthersLeave)
         [&] { return pagesShown().contains("/welcome/ Test welcome page"); }, 30000))
         << pagesShown().toStdString();
     screenshot("welcome-panel.png");
-
     const QString elsewhere = server.url("/elsewhere").toString().replace("127.0.0.1", "localhost");
     EXPECT_TRUE(clickPageUntil(
         0.5, 1.0 / 6, [&] { return browser.recordedArguments().contains(elsewhere); }));
-    EXPECT_TRUE(clickPageUntil(0.5, 3.0 / 6, [&] { return QFile::exists(settingsLog()); }));
-    EXPECT_EQ(TestEnvironment::readFile(settingsLog()).split('\n').value(0), "network");
+    EXPECT_TRUE(clickPageUntil(0.5, 3.0 / 6, [&] { return QFile::exists(settingsLog); }));
+    EXPECT_EQ(TestEnvironment::readFile(settingsLog).split('\n').value(0), "network");
     EXPECT_TRUE(
         clickPageUntil(0.5, 5.0 / 6, [&] { return pagesShown().contains("/welcome/next Next"); }));
     for (const HttpTestServer::Request& request : server.requests())
@@ -320,8 +231,9 @@ TEST_F(WelcomePanel, LinksToTheWelcomeSiteStayAndOthersLeave)
 
 TEST_F(WelcomePanel, TheFallbackPageShowsWhenTheServerIsDown)
 {
-    setInfo({ { "QXWelcomeScreenURL",
-        QStringLiteral("http://127.0.0.1:%1/welcome/").arg(closedLocalPort()) } });
+    changeInfo(bundle,
+        { { "QXWelcomeScreenURL",
+            QStringLiteral("http://127.0.0.1:%1/welcome/").arg(closedLocalPort()) } });
     launch();
     EXPECT_TRUE(panelShown());
     EXPECT_TRUE(TestEnvironment::waitUntil(

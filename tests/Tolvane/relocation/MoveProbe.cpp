@@ -1,15 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The application itself, with a hand that answers its windows, for the tests of the move into
-// the Applications folder. It runs exactly as Tolvane does, and notes into $MOVE_PROBE_LOG, one
-// line each:
-//   start <bundle path>                     at start-up
-//   alert | <message> | <informative text> | <buttons, default first> | escape <title> | box
-//   <title> window <class>                          another window shown: the launch went on
-//   end                                     the event loop ended
-// $MOVE_PROBE_ANSWER tells how to answer the question: "move", "stay" (Escape), "stay-for-good"
-// (tick the check box, then Escape) or "keep" (answer nothing, leave the windows open). A failure
-// alert is acknowledged. Other windows are closed, so that the launch ends by itself, except with
-// "keep".
+// the Applications folder. It notes into $MOVE_PROBE_LOG, one line each: "start <bundle path>",
+// "alert | <message> | <informative text> | <buttons, default first> | escape <title> | box
+// <title>", "window <class>" for any other window (the launch went on) and "end". It answers the
+// question as $MOVE_PROBE_ANSWER says: "move", "stay" (Escape) or "stay-for-good" (ticks the box,
+// then Escape); it acknowledges a failure alert and closes other windows, so that it ends itself.
 #include "Bundle.h"
 #include "TLApplication.h"
 
@@ -49,19 +44,22 @@ void noteAlert(QMessageBox* box)
              .join(QStringLiteral(" | ")));
 }
 
+// The question is the alert with the check box.
 void answerAlert(QMessageBox* box)
 {
-    // The question is the alert with the check box.
-    if (!box->checkBox() || answer() == u"move") {
-        box->defaultButton()->click();
-        return;
-    }
-    if (answer() == u"keep")
-        return;
-    if (answer() == u"stay-for-good")
-        box->checkBox()->setChecked(true);
+    if (!box->checkBox() || answer() == u"move")
+        return box->defaultButton()->click();
+    box->checkBox()->setChecked(answer() == u"stay-for-good");
     QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
     QCoreApplication::sendEvent(box, &escape);
+}
+
+void closeWindow(QWidget* widget)
+{
+    if (auto* dialog = qobject_cast<QDialog*>(widget))
+        dialog->reject();
+    else if (widget)
+        widget->close();
 }
 
 class Hand : public QObject {
@@ -78,19 +76,12 @@ protected:
             noteAlert(box);
             QMetaObject::invokeMethod(
                 box, [box = QPointer(box)] { answerAlert(box); }, Qt::QueuedConnection);
-            return false;
-        }
-        note(QStringLiteral("window ") + QString::fromLatin1(widget->metaObject()->className()));
-        if (answer() != u"keep")
+        } else {
+            note(
+                QStringLiteral("window ") + QString::fromLatin1(widget->metaObject()->className()));
             QMetaObject::invokeMethod(
-                widget,
-                [widget = QPointer(widget)] {
-                    if (auto* dialog = qobject_cast<QDialog*>(widget.get()))
-                        dialog->reject();
-                    else if (widget)
-                        widget->close();
-                },
-                Qt::QueuedConnection);
+                widget, [widget = QPointer(widget)] { closeWindow(widget); }, Qt::QueuedConnection);
+        }
         return false;
     }
 };
@@ -98,8 +89,7 @@ protected:
 void installHand()
 {
     note(QStringLiteral("start ") + Bundle::mainBundle().bundlePath());
-    auto* hand = new Hand(qApp);
-    qApp->installEventFilter(hand);
+    qApp->installEventFilter(new Hand(qApp));
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, [] { note(QStringLiteral("end")); });
 }
 
