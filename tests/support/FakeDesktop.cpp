@@ -4,7 +4,6 @@
 #include "TestEnvironment.h"
 
 #include <QDBusConnection>
-#include <QDBusError>
 #include <QFile>
 
 FakeOpener::FakeOpener()
@@ -28,16 +27,13 @@ QStringList FakeOpener::recordedArguments() const
     return text.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-void FakeOpener::remove() { qputenv("PATH", QFile::encodeName(m_folder) + "-empty"); }
-
 namespace {
 const QString connectionName = QStringLiteral("fake-file-manager");
 const QString serviceName = QStringLiteral("org.freedesktop.FileManager1");
 const QString objectPath = QStringLiteral("/org/freedesktop/FileManager1");
 }
 
-FakeFileManager::FakeFileManager(bool failing)
-    : m_failing(failing)
+FakeFileManager::FakeFileManager()
 {
     QDBusConnection bus
         = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName);
@@ -75,6 +71,4 @@ void FakeFileManager::record(const QStringList& uris, const QString& startupId)
 {
     m_calls.append(uris);
     m_startupIds.append(startupId);
-    if (m_failing && calledFromDBus())
-        sendErrorReply(QDBusError::AccessDenied, QStringLiteral("not allowed here"));
 }

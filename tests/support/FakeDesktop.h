@@ -4,7 +4,6 @@
 // Stand-ins for the desktop around the application, for tests.
 
 #include <QByteArray>
-#include <QDBusContext>
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -22,8 +21,6 @@ public:
 
     // The arguments of every call so far, one per line.
     QStringList recordedArguments() const;
-    // Takes xdg-open off PATH altogether.
-    void remove();
 
 private:
     QByteArray m_savedPath;
@@ -34,12 +31,11 @@ private:
 // org.freedesktop.FileManager1 on the test's session bus, recording ShowItems and ShowFolders
 // calls. It has a connection of its own, so that calls from the code under test go through the bus
 // as they would to a real file manager, even from the same process.
-class FakeFileManager : public QObject, protected QDBusContext {
+class FakeFileManager : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
 public:
-    // A failing file manager records each call and answers it with an error.
-    explicit FakeFileManager(bool failing = false);
+    FakeFileManager();
     ~FakeFileManager() override;
 
     bool registered() const { return m_registered; }
@@ -57,7 +53,6 @@ public slots:
 private:
     void record(const QStringList& uris, const QString& startupId);
 
-    bool m_failing;
     bool m_registered = false;
     QList<QStringList> m_calls;
     QStringList m_startupIds;
