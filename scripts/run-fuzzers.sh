@@ -15,6 +15,7 @@ IFS=';' read -r -a targets <"$build/fuzz-targets.txt"
 cmake --build "$build" -j "${TOLVANE_JOBS:-2}" --target "${targets[@]/#/fuzz_}"
 
 seeds="$root/tests/data/formats"
+export LSAN_OPTIONS="suppressions=$root/scripts/fuzz-leak-suppressions.txt${LSAN_OPTIONS:+:$LSAN_OPTIONS}"
 for target in "${targets[@]}"; do
     corpus="$build/corpus/$target"
     mkdir -p "$corpus"
