@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Applies each mutation of scripts/mutations.txt alone, rebuilds, runs the tests, and reports
-# which mutations the suite kills. Not part of the test command: a full run takes one to two
-# hours on two cores.
+# which mutations the suite kills. Not part of the test command: a full run takes about half an
+# hour on two cores once the code is built.
 #
 #   scripts/mutation-check.sh [--only N,M,...|--only REGEX] [--skip-baseline] [BUILD-DIR]
 #
