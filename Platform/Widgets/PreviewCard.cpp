@@ -65,7 +65,6 @@ PreviewCardFacts PreviewCardFacts::forFile(
     const QFileInfo file(path);
     const QMimeType mime = QMimeDatabase().mimeTypeForFile(file);
     PreviewCardFacts facts;
-    facts.path = path;
     facts.iconName = mime.iconName();
     facts.genericIconName = mime.genericIconName();
     facts.name = file.fileName();
@@ -130,8 +129,9 @@ PreviewCard::PreviewCard(const PreviewCardFacts& facts, const QString& reason, Q
 void PreviewCard::paintEvent(QPaintEvent* event)
 {
     QWidget::paintEvent(event);
-    // The icon comes once the card is on the screen: finding and reading it loads the image
-    // plugins, which the first sight of the card need not wait for. Its place is kept meanwhile.
+    // The icon comes once the card is on the screen: finding and reading a theme's icon loads
+    // the image plugins, which the first sight of the card need not wait for. Its place is kept
+    // meanwhile.
     if (!m_iconRequested) {
         m_iconRequested = true;
         QTimer::singleShot(0, this, &PreviewCard::showIcon);

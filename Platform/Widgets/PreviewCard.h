@@ -10,8 +10,8 @@ class QLabel;
 
 // What the card of a file that has no preview says about it.
 struct PreviewCardFacts {
-    // The file, for its icon: the icon theme's picture of its MIME type, else the style's.
-    QString path;
+    // The icon theme's names of the MIME type's picture and its kind's; without either, the
+    // card draws a sheet of its own.
     QString iconName;
     QString genericIconName;
     QString name;
