@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The real Tolvane.app, started under the test's own X server and session bus, driven from outside
 // as a user's desktop would drive it.
+#include "Bundle.h"
 #include "FakeDesktop.h"
+#include "Localization.h"
 #include "RunningApplication.h"
+
+#include <QLocale>
 
 namespace {
 
@@ -66,6 +70,20 @@ TEST_F(EndToEnd, LaterLaunchesHandTheirFilesAndURLCommandsToTheRunningInstance)
         (QList<QStringList> {
             { "file:///fonts/A%20Sans.otf", "file:///fonts/B.ttf" }, { "file:///after.png" } }));
     EXPECT_EQ(primary.state(), QProcess::Running);
+}
+
+// The built bundle's German translation: each text is found in its own table only.
+TEST(Translations, TheBundlesGermanTextsAreFoundInTheirTables)
+{
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    const auto bundle = Bundle::bundleWithPath(QStringLiteral(TOLVANE_APP_BUNDLE));
+    ASSERT_TRUE(bundle);
+    EXPECT_TRUE(Localization::installTranslations(*bundle));
+    QLocale::setDefault(QLocale::c());
+    EXPECT_EQ(Localization::localizedString("Move to Applications Folder", "MoveApplication"),
+        "In „Programme“ verschieben");
+    EXPECT_EQ(Localization::localizedString("Move to Applications Folder"),
+        "Move to Applications Folder");
 }
 
 }
