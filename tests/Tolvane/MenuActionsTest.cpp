@@ -1,57 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The application menu's actions that the launch and the URL commands do not reach.
-#include "HttpTestServer.h"
-#include "SUUpdater.h"
+// The application menu's about window.
 #include "TLAppDelegate.h"
 #include "TestEnvironment.h"
-#include "UserDefaults.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPointer>
-#include <QSysInfo>
 #include <QTimer>
-#include <QUrlQuery>
 #include <gtest/gtest.h>
 
 namespace {
-
-// The request carries the delegate's parameters, each escaped: the first language goes in as it is
-// stored, "&" and all. The test bundle has a name and a version but no "QXAppID".
-TEST(MenuActions, CheckForUpdateAsksTheFeedWithTheDelegatesParameters)
-{
-    qputenv("TOLVANE_SYSTEM_VERSION", "10.13");
-    UserDefaults::standardUserDefaults().setObject(
-        QVariantList { "fr-CA&x=1", "en" }, "AppleLanguages");
-    HttpTestServer server;
-    server.respond({ 404, {} });
-    SUUpdater* updater = SUUpdater::sharedUpdater();
-    updater->setFeedURL(server.url("/appcast.xml"));
-    bool finished = false;
-    QObject::connect(updater, &SUUpdater::updateCheckFinished, [&finished] { finished = true; });
-    {
-        TLAppDelegate delegate;
-        delegate.checkForUpdate();
-        ASSERT_TRUE(TestEnvironment::waitUntil([&] { return finished; }, 60000));
-        updater->setDelegate(nullptr);
-    }
-    ASSERT_EQ(server.requests().size(), 1);
-    QMap<QString, QString> query;
-    const QUrl target(QString::fromLatin1(server.requests()[0].target));
-    for (const auto& [key, value] : QUrlQuery(target).queryItems(QUrl::FullyDecoded))
-        query.insert(key, value);
-    EXPECT_EQ(query,
-        (QMap<QString, QString> { { "app", "Tolvane" }, { "type", "RA" }, { "appver", "2.5" },
-            { "osver", "10.13.0" }, { "arch", "Intel" },
-            // What the processor can run, not what this program was built for.
-            { "archbits",
-                QSysInfo::currentCpuArchitecture().contains("64") || QSysInfo::WordSize == 64
-                    ? "64"
-                    : "32" },
-            { "lang", "fr-CA&x=1" }, { "profile", "false" } }));
-}
 
 // Each showing is a modal window of its own that comes to the front; the one before is gone by
 // then, so there is never a second about window on the screen. Escape closes it and other keys do
