@@ -5,6 +5,7 @@
 #include "ApplicationInstance.h"
 #include "Bundle.h"
 #include "DesktopRegistration.h"
+#include "DrawnIconStyle.h"
 #include "Localization.h"
 #include "NSAlert.h"
 #include "SUStandardUserDriver.h"
@@ -24,7 +25,9 @@
 #include <QUrl>
 #include <QWindow>
 #include <csignal>
+#include <fontconfig/fontconfig.h>
 #include <sys/socket.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -275,7 +278,12 @@ int NSApplicationMain(int argc, char** argv)
 {
     if (argc == 2 && qstrcmp(argv[1], "--unregister") == 0)
         return unregisterFromDesktop(argc, argv);
+    // The font configuration is read on its own while the application connects to the display:
+    // the first window's text would otherwise wait for it. Qt finds it read.
+    std::thread fontConfiguration(FcInit);
     QApplication application(argc, argv);
+    fontConfiguration.join();
+    QApplication::setStyle(new DrawnIconStyle);
     const QVariantMap info = Bundle::mainBundle().infoDictionary();
     QApplication::setApplicationName(info.value(QStringLiteral("CFBundleName")).toString());
     QApplication::setApplicationVersion(

@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A start as the application makes it, on a real X server: a card maps no graphics driver and no
-// web engine into the process, and a web page shown afterwards still comes up, silently.
+// A start as the application makes it, on a real X server: a window with a menu bar and a card
+// maps no graphics driver, no web engine and no image plugin into the process, and a web page
+// shown afterwards still comes up, silently.
+#include "DrawnIconStyle.h"
 #include "FakeGenerator.h"
 #include "PreviewView.h"
 #include "PreviewWebModule.h"
 #include "TestEnvironment.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QMainWindow>
+#include <QMenuBar>
 #include <QSignalSpy>
 #include <QTemporaryFile>
 #include <gtest/gtest.h>
@@ -38,6 +43,30 @@ QStringList mappedLibraries(const QStringList& parts)
 const QStringList graphicsAndWeb { QStringLiteral("libLLVM"), QStringLiteral("_dri.so"),
     QStringLiteral("libGLX_mesa"), QStringLiteral("libEGL_mesa"), QStringLiteral("libglapi"),
     QStringLiteral("libQt6WebEngine") };
+// Qt loads all of them to read one picture of unknown kind.
+const QString imagePlugins = QStringLiteral("/imageformats/");
+
+// How many pixels of the picture are not transparent.
+int paintedPixels(const QImage& image)
+{
+    int painted = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            painted += qAlpha(image.pixel(x, y)) > 0;
+    }
+    return painted;
+}
+
+// How many pixels of the square picture clearly differ from the other's mirrored at the diagonal.
+int differencesFromTransposed(const QImage& image, const QImage& other)
+{
+    int differences = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            differences += qAbs(qAlpha(image.pixel(x, y)) - qAlpha(other.pixel(y, x))) > 64;
+    }
+    return differences;
+}
 
 // What the process writes to its standard error while it lives, children included.
 class CapturedErrors {
@@ -89,19 +118,34 @@ TEST(PreviewStart, ACardLoadsNoGraphicsDriverAndAPageAfterwardsStillShowsSilentl
     ASSERT_TRUE(QFile::link(QStringLiteral(VISTREL_GENERATOR_BUNDLE),
         quickLook + QStringLiteral("/Vistrel Pro.qlgenerator")));
 
-    PreviewView view;
-    view.resize(800, 600);
-    view.show();
+    QApplication::setStyle(new DrawnIconStyle);
+    QMainWindow window;
+    window.menuBar()->addMenu(QStringLiteral("File"));
+    auto* view = new PreviewView;
+    window.setCentralWidget(view);
+    window.resize(800, 600);
+    window.show();
     const QString notes = TestEnvironment::home() + QStringLiteral("/notes.unknownkind");
     TestEnvironment::writeFile(notes, "plain text\n");
-    show(view, notes);
-    ASSERT_EQ(view.state(), PreviewView::State::Card);
-    EXPECT_EQ(mappedLibraries(graphicsAndWeb), QStringList());
+    show(*view, notes);
+    ASSERT_EQ(view->state(), PreviewView::State::Card);
+    EXPECT_EQ(mappedLibraries(graphicsAndWeb + QStringList { imagePlugins }), QStringList());
+    // The menu bar's extension arrows, drawn instead of read, point right and down.
+    const QImage right = QApplication::style()
+                             ->standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton)
+                             .pixmap(16, 16)
+                             .toImage();
+    const QImage down = QApplication::style()
+                            ->standardIcon(QStyle::SP_ToolBarVerticalExtensionButton)
+                            .pixmap(16, 16)
+                            .toImage();
+    EXPECT_GT(paintedPixels(right), 10);
+    EXPECT_LT(differencesFromTransposed(down, right), 4);
 
     // A file nobody here wrote (see tests/data/README.md), drawn into a web page.
     CapturedErrors errors;
-    show(view, TestEnvironment::dataPath(QStringLiteral("formats/samples/illustrator88.eps")));
-    EXPECT_EQ(view.state(), PreviewView::State::WebPage) << view.reason().toStdString();
+    show(*view, TestEnvironment::dataPath(QStringLiteral("formats/samples/illustrator88.eps")));
+    EXPECT_EQ(view->state(), PreviewView::State::WebPage) << view->reason().toStdString();
     EXPECT_FALSE(mappedLibraries({ QStringLiteral("libQt6WebEngineCore") }).isEmpty());
     EXPECT_EQ(errors.restore().toStdString(), "");
 }
