@@ -21,24 +21,32 @@ public:
         const QPalette palette = QGuiApplication::palette();
         const QColor colour = palette.color(
             mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active, QPalette::ButtonText);
-        const qreal side = qMin(rect.width(), rect.height());
-        const QPointF origin = QRectF(rect).center() - QPointF(side, side) / 2;
-        // In a unit box, the chevrons point right; a vertical bar's, with the axes swapped, down.
+        const QRectF box(rect);
+        // The chevrons point right across the box; a vertical bar's, with the axes swapped, down.
         const auto at = [&](qreal along, qreal across) {
-            return origin
-                + (m_orientation == Qt::Horizontal ? QPointF(along, across)
-                                                   : QPointF(across, along))
-                * side;
+            return m_orientation == Qt::Horizontal
+                ? box.topLeft() + QPointF(along * box.width(), across * box.height())
+                : box.topLeft() + QPointF(across * box.width(), along * box.height());
         };
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->setPen(
-            QPen(colour, qMax<qreal>(1, side / 10), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        for (const qreal start : { 0.25, 0.5 }) {
-            const QPointF chevron[] = { at(start, 0.3), at(start + 0.2, 0.5), at(start, 0.7) };
+        painter->setPen(QPen(colour, qMax<qreal>(1, qMin(box.width(), box.height()) / 10),
+            Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        for (const qreal start : { 0.15, 0.5 }) {
+            const QPointF chevron[] = { at(start, 0.25), at(start + 0.3, 0.5), at(start, 0.75) };
             painter->drawPolyline(chevron, 3);
         }
         painter->restore();
+    }
+
+    // Qt's own would paint on a pixmap it never cleared.
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+        return pixmap;
     }
 
     QIconEngine* clone() const override { return new ExtensionArrowEngine(m_orientation); }

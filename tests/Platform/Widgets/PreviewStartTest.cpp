@@ -140,6 +140,7 @@ TEST(PreviewStart, ACardLoadsNoGraphicsDriverAndAPageAfterwardsStillShowsSilentl
                             .pixmap(16, 16)
                             .toImage();
     EXPECT_GT(paintedPixels(right), 10);
+    EXPECT_LT(paintedPixels(right), 16 * 16 / 3) << "the arrows are drawn on a clear picture";
     EXPECT_LT(differencesFromTransposed(down, right), 4);
 
     // A file nobody here wrote (see tests/data/README.md), drawn into a web page.
