@@ -72,13 +72,15 @@ GhostscriptRun::~GhostscriptRun()
 Formats::ParseResult<QByteArray> GhostscriptRun::result()
 {
     QByteArray messages;
-    // Short waits, so that no more than a moment's output piles up between two reads.
-    while (!m_process.waitForFinished(20)) {
+    // The messages are taken one read of the pipe at a time: waiting for the end instead would
+    // gather all that a program printing without pause wrote meanwhile, as much as the machine
+    // could move in that time.
+    m_process.setReadChannel(QProcess::StandardError);
+    while (m_process.state() != QProcess::NotRunning) {
+        m_process.waitForReadyRead(20);
         messages.append(m_process.readAllStandardError());
         if (messages.size() > KeptMessageBytes)
             messages = messages.right(KeptMessageBytes);
-        if (m_process.state() == QProcess::NotRunning)
-            break;
         if (m_clock.elapsed() > m_job.timeLimitMs)
             throw RenderingFailure("Ghostscript took too long to draw the PostScript");
     }
