@@ -169,6 +169,8 @@ bool PreviewView::navigationRequested(const QUrl& url, PreviewNavigationCause ca
 void PreviewView::showPicture(const QString& picture)
 {
     QImageReader reader(picture, "png");
+    // Told the format, Qt would still ask every image plugin of the system whether it reads it.
+    reader.setAutoDetectImageFormat(false);
     const QImage image = reader.read();
     if (image.isNull())
         return showCard(NSLocalizedString(
