@@ -67,6 +67,23 @@ QByteArray readFile(const QString& path)
 
 QString dataPath(const QString& name) { return QStringLiteral(TOLVANE_TEST_DATA "/") + name; }
 
+QStringList mappedFiles(const QStringList& parts)
+{
+    QFile maps(QStringLiteral("/proc/self/maps"));
+    if (!maps.open(QIODevice::ReadOnly))
+        return { QStringLiteral("(/proc/self/maps unreadable)") };
+    QStringList found;
+    for (const QByteArray& line : maps.readAll().split('\n')) {
+        const qsizetype slash = line.indexOf('/');
+        const QString path = QString::fromUtf8(line.mid(slash));
+        for (const QString& part : parts) {
+            if (slash >= 0 && path.contains(part) && !found.contains(path))
+                found << path;
+        }
+    }
+    return found;
+}
+
 void suppressMoveToApplicationsOffer()
 {
     writeFile(userLibrary() + "/Preferences/app.tolvane.Tolvane.plist",

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 #include <functional>
 #include <ostream>
@@ -26,6 +27,8 @@ void writeFile(const QString& path, const QByteArray& contents);
 QByteArray readFile(const QString& path);
 // A file of the shared test data (tests/data).
 QString dataPath(const QString& name);
+// The files of this process's memory map whose paths hold one of the parts.
+QStringList mappedFiles(const QStringList& parts);
 
 // Stores in the temporary home that the application should never offer to move itself into the
 // Applications folder, for tests that start a Tolvane.app from outside one.

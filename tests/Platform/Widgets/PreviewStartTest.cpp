@@ -20,24 +20,6 @@
 
 namespace {
 
-// The libraries of this process's memory map whose names hold one of the parts.
-QStringList mappedLibraries(const QStringList& parts)
-{
-    QFile maps(QStringLiteral("/proc/self/maps"));
-    if (!maps.open(QIODevice::ReadOnly))
-        return { QStringLiteral("(/proc/self/maps unreadable)") };
-    QStringList found;
-    for (const QByteArray& line : maps.readAll().split('\n')) {
-        const qsizetype slash = line.indexOf('/');
-        const QString path = QString::fromUtf8(line.mid(slash));
-        for (const QString& part : parts) {
-            if (slash >= 0 && path.contains(part) && !found.contains(path))
-                found << path;
-        }
-    }
-    return found;
-}
-
 // The OpenGL drivers (Qt's own dispatch libraries, libGLX and libOpenGL, come with QtGui into
 // every program), LLVM behind the software one, and the web engine.
 const QStringList graphicsAndWeb { QStringLiteral("libLLVM"), QStringLiteral("_dri.so"),
@@ -108,9 +90,9 @@ void show(PreviewView& view, const QString& file)
 TEST(PreviewStart, ACardLoadsNoGraphicsDriverAndAPageAfterwardsStillShowsSilently)
 {
     ASSERT_EQ(qgetenv("QT_QPA_PLATFORM"), "xcb") << "needs the X server's platform";
-    ASSERT_TRUE(mappedLibraries(graphicsAndWeb).isEmpty())
+    ASSERT_TRUE(TestEnvironment::mappedFiles(graphicsAndWeb).isEmpty())
         << "mapped before the test began: "
-        << mappedLibraries(graphicsAndWeb).join(' ').toStdString();
+        << TestEnvironment::mappedFiles(graphicsAndWeb).join(' ').toStdString();
     PreviewWebModule::setPath(QStringLiteral(TOLVANE_WEBVIEW_MODULE));
     // The generator that comes with the application, installed for the user.
     const QString quickLook = TestEnvironment::userLibrary() + QStringLiteral("/QuickLook");
@@ -129,7 +111,8 @@ TEST(PreviewStart, ACardLoadsNoGraphicsDriverAndAPageAfterwardsStillShowsSilentl
     TestEnvironment::writeFile(notes, "plain text\n");
     show(*view, notes);
     ASSERT_EQ(view->state(), PreviewView::State::Card);
-    EXPECT_EQ(mappedLibraries(graphicsAndWeb + QStringList { imagePlugins }), QStringList());
+    EXPECT_EQ(
+        TestEnvironment::mappedFiles(graphicsAndWeb + QStringList { imagePlugins }), QStringList());
     // The menu bar's extension arrows, drawn instead of read, point right and down.
     const QImage right = QApplication::style()
                              ->standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton)
@@ -147,7 +130,7 @@ TEST(PreviewStart, ACardLoadsNoGraphicsDriverAndAPageAfterwardsStillShowsSilentl
     CapturedErrors errors;
     show(*view, TestEnvironment::dataPath(QStringLiteral("formats/samples/illustrator88.eps")));
     EXPECT_EQ(view->state(), PreviewView::State::WebPage) << view->reason().toStdString();
-    EXPECT_FALSE(mappedLibraries({ QStringLiteral("libQt6WebEngineCore") }).isEmpty());
+    EXPECT_FALSE(TestEnvironment::mappedFiles({ QStringLiteral("libQt6WebEngineCore") }).isEmpty());
     EXPECT_EQ(errors.restore().toStdString(), "");
 }
 
