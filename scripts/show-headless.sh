@@ -18,10 +18,13 @@ export HOME="$home" XDG_DATA_HOME="$home/.local/share" XDG_CONFIG_HOME="$home/.c
 
 "$build/Tolvane.app/Contents/Linux/Tolvane" "$file" &
 pid=$!
-trap 'kill $pid 2>/dev/null || true; rm -rf "$home"' EXIT
+# Waited for, so that the X server does not go away while Tolvane is still quitting.
+trap 'kill $pid 2>/dev/null && wait $pid 2>/dev/null; rm -rf "$home"' EXIT
 
 for _ in $(seq 1 150); do
-    window=$(xwininfo -root -tree | awk -v name="\"$name\"" 'index($0, name) { print $1; exit }')
+    # xwininfo fails now and then when a window goes away while it walks the tree: try again.
+    window=$(xwininfo -root -tree 2>/dev/null |
+        awk -v name="\"$name\"" 'index($0, name) { print $1; exit }') || true
     [ -n "$window" ] && break
     sleep 0.2
 done
