@@ -57,28 +57,17 @@ TEST(AppcastParsing, ABrokenFeedSaysWhatIsWrong)
     }
 }
 
-TEST(AppcastBestItem, IsTheNewestThatTheSystemMeets)
-{
-    const auto appcast = SUAppcast::fromData(
-        TestEnvironment::readFile(TestEnvironment::dataPath("updater/appcast.xml")));
-    ASSERT_TRUE(appcast);
-    // 2.1 needs system 99.0; 2.0 needs 3.10.0; 1.9 and 1.4 need nothing.
-    EXPECT_EQ(appcast->bestItem("99.0")->versionString, "2.1");
-    EXPECT_EQ(appcast->bestItem("6.1.0")->versionString, "2.0");
-    EXPECT_EQ(appcast->bestItem("3.10")->versionString, "2.0");
-    EXPECT_EQ(appcast->bestItem("3.9.9")->versionString, "1.9");
-}
-
-// Of equal versions the first; the maximum system version is met inclusively.
+// Of equal versions the first; the system range is met inclusively, a missing part being zero.
 TEST(AppcastBestItem, KeepsTheFirstOfEqualVersionsAndHonoursTheSystemRange)
 {
     const auto appcast = SUAppcast::fromData(
         feedWithItems("<item><title>first</title><sparkle:version>2.0</sparkle:version></item>"
                       "<item><title>second</title><sparkle:version>2.0.0</sparkle:version></item>"
                       "<item><sparkle:version>3.0</sparkle:version>"
-                      "<sparkle:minimumSystemVersion>5.0</sparkle:minimumSystemVersion>"
+                      "<sparkle:minimumSystemVersion>5.0.0</sparkle:minimumSystemVersion>"
                       "<sparkle:maximumSystemVersion>6.1</sparkle:maximumSystemVersion></item>"));
     ASSERT_TRUE(appcast);
+    EXPECT_EQ(appcast->bestItem("5")->versionString, "3.0");
     EXPECT_EQ(appcast->bestItem("6.1.0")->versionString, "3.0");
     EXPECT_EQ(appcast->bestItem("6.1.5")->title, "first");
     EXPECT_EQ(appcast->bestItem("4.19")->title, "first");

@@ -20,28 +20,20 @@ QByteArray openssl(const QStringList& arguments)
     return process.readAllStandardOutput();
 }
 
-QByteArray randomBytes(qsizetype size)
+// A quarter of a megabyte, as a downloaded archive.
+QByteArray randomArchive()
 {
-    QByteArray bytes(size, '\0');
-    QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(bytes.data()), size / 4);
+    QByteArray bytes(256 * 1024, '\0');
+    QRandomGenerator::global()->fillRange(
+        reinterpret_cast<quint32*>(bytes.data()), bytes.size() / 4);
     return bytes;
 }
 
-class Ed25519 : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        message = randomBytes(256 * 1024);
-        messagePath = TestEnvironment::home() + "/Tolvane-2.0.tar.xz";
-        TestEnvironment::writeFile(messagePath, message);
-    }
-
-    QByteArray message;
-    QString messagePath;
-};
-
-TEST_F(Ed25519, AnOpenSSLSignatureVerifiesAndAChangedByteDoesNot)
+TEST(Ed25519, AnOpenSSLSignatureVerifiesAndAChangedByteDoesNot)
 {
+    const QByteArray message = randomArchive();
+    const QString messagePath = TestEnvironment::home() + "/Tolvane-2.0.tar.xz";
+    TestEnvironment::writeFile(messagePath, message);
     const QString key = TestEnvironment::home() + "/openssl-key.pem";
     openssl({ "genpkey", "-algorithm", "ed25519", "-out", key });
     const QByteArray signature
@@ -63,8 +55,9 @@ TEST_F(Ed25519, AnOpenSSLSignatureVerifiesAndAChangedByteDoesNot)
         SUUpdaterError::SignatureInvalid);
 }
 
-TEST_F(Ed25519, EachRefusalSaysWhatIsWrong)
+TEST(Ed25519, EachRefusalSaysWhatIsWrong)
 {
+    const QByteArray message = randomArchive();
     const SUEd25519::KeyPair keys = SUEd25519::generateKeyPair();
     const QString key = QString::fromLatin1(keys.publicKey.toBase64());
     const QString signature

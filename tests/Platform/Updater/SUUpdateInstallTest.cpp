@@ -1,9 +1,125 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "InstallFixture.h"
+#include "Bundle.h"
+#include "HttpTestServer.h"
+#include "RecordingUserDriver.h"
+#include "SUEd25519.h"
+#include "SUUpdater.h"
+#include "TestEnvironment.h"
+#include "UpdateArchives.h"
+#include "UserDefaults.h"
 
 #include <QDir>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <memory>
 
 namespace {
+
+// Tolvane.app 100 in a temporary Applications folder, signed updates from keys made here, a feed
+// and its archives on a server on 127.0.0.1, and an updater that installs with the real installer
+// program. The bundles' executables only note that they started.
+class InstallFixture : public testing::Test {
+public:
+    void SetUp() override
+    {
+        applications = TestEnvironment::home() + "/Applications";
+        bundle = applications + "/Tolvane.app";
+        UpdateArchives::makeBundle(bundle, "app.tolvane.Tolvane", "100", startedScript("old"),
+            { { "SUPublicEDKey", QString::fromLatin1(keys.publicKey.toBase64()) } });
+        oldFingerprint = UpdateArchives::fingerprint(bundle);
+
+        static int domainNumber = 0;
+        defaults = std::make_unique<UserDefaults>(
+            QStringLiteral("app.tolvane.InstallTest%1").arg(++domainNumber));
+        updater = std::make_unique<SUUpdater>(*defaults, "100");
+        updater->setFeedURL(server.url("/appcast.xml"));
+        updater->setHostSystemVersion("6.1.0");
+        updater->setHostBundlePath(bundle);
+        updater->setInstallerPath(QStringLiteral(TOLVANE_UPDATE_INSTALLER));
+        updater->setDownloadFolder(TestEnvironment::home() + "/cache/Updates");
+        updater->setUserDriver(&driver);
+        driver.answer = SUUpdateAlertChoice::Install;
+        QObject::connect(updater.get(), &SUUpdater::updateInstallationFailed,
+            [this](const SUUpdaterError& error) { failure = error; });
+    }
+
+    static QByteArray startedScript(const QByteArray& which)
+    {
+        return "#!/bin/sh\necho " + which
+            + " > \"$HOME/started.part\"\nmv \"$HOME/started.part\" \"$HOME/started\"\n";
+    }
+
+    // The .tar.xz archive of a bundle with the given identifier and version (a copy of Tolvane 2.0
+    // unless told otherwise).
+    QByteArray archiveOf(
+        const QString& version = "200", const QString& identifier = "app.tolvane.Tolvane")
+    {
+        QTemporaryDir folder(TestEnvironment::home() + "/release-XXXXXX");
+        const QString copy = folder.path() + "/Tolvane.app";
+        UpdateArchives::makeBundle(copy, identifier, version, startedScript("new"),
+            { { "SUPublicEDKey", QString::fromLatin1(keys.publicKey.toBase64()) } });
+        TestEnvironment::writeFile(
+            copy + "/Contents/Resources/notes.txt", "version " + version.toUtf8());
+        return UpdateArchives::pack(UpdateArchives::entriesOf(copy), UpdateArchives::Format::TarXz);
+    }
+
+    // Serves the archive and a feed that offers it, signed and with its length.
+    void publish(const QByteArray& archive)
+    {
+        server.respondTo("/Tolvane-2.0.tar.xz", { 200, archive });
+        server.respond({ 200,
+            QStringLiteral("<?xml version=\"1.0\"?>\n"
+                           "<rss version=\"2.0\" "
+                           "xmlns:sparkle=\"http://www.andymatuschak.org/xml-namespaces/sparkle\">"
+                           "<channel><item><title>Version 2.0</title>"
+                           "<sparkle:version>200</sparkle:version>"
+                           "<sparkle:shortVersionString>2.0</sparkle:shortVersionString>"
+                           "<enclosure url=\"%1\" length=\"%2\" type=\"application/x-xz\" "
+                           "sparkle:edSignature=\"%3\"/>"
+                           "</item></channel></rss>\n")
+                .arg(server.url("/Tolvane-2.0.tar.xz").toString())
+                .arg(archive.size())
+                .arg(QString::fromLatin1(SUEd25519::sign(keys.secretKey, archive).toBase64()))
+                .toUtf8() });
+    }
+
+    // Which copy started: "new", "old", or nothing.
+    QString started() const
+    {
+        return QString::fromUtf8(TestEnvironment::readFile(TestEnvironment::home() + "/started"))
+            .trimmed();
+    }
+
+    // The folders and files that an installation may leave beside the bundle and in the
+    // download folder.
+    QStringList leftovers() const
+    {
+        QStringList found
+            = QDir(applications).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        found.removeOne("Tolvane.app");
+        for (const QString& name :
+            QDir(updater->downloadFolder()).entryList(QDir::Files | QDir::Hidden))
+            found.append("Updates/" + name);
+        return found;
+    }
+
+    QString installedVersion() const
+    {
+        const auto installed = Bundle::bundleWithPath(bundle);
+        return installed ? installed->objectForInfoDictionaryKey("CFBundleVersion").toString()
+                         : QString();
+    }
+
+    HttpTestServer server;
+    RecordingUserDriver driver;
+    SUEd25519::KeyPair keys = SUEd25519::generateKeyPair();
+    QString applications;
+    QString bundle;
+    QString oldFingerprint;
+    std::unique_ptr<UserDefaults> defaults;
+    std::unique_ptr<SUUpdater> updater;
+    std::optional<SUUpdaterError> failure;
+};
 
 using Installation = InstallFixture;
 
