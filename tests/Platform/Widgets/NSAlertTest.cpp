@@ -14,24 +14,9 @@ namespace {
 // test's own time limit), and notes its title and the buttons' titles from left to right.
 class AlertDriver {
 public:
-    void act(std::function<void(QMessageBox*)> action)
+    explicit AlertDriver(std::function<void(QMessageBox*)> action)
     {
         QTimer::singleShot(0, [this, action] { poll(action); });
-    }
-    void clickWhenShown(const QString& title)
-    {
-        act([title](QMessageBox* box) {
-            for (QAbstractButton* button : box->buttons()) {
-                if (button->text() == title)
-                    return button->click();
-            }
-            ADD_FAILURE() << "no button " << title.toStdString();
-            box->buttons().first()->click();
-        });
-    }
-    void pressWhenShown(Qt::Key key)
-    {
-        act([key](QMessageBox* box) { QTest::keyClick(box, key); });
     }
 
     QStringList titlesLeftToRight;
@@ -63,14 +48,19 @@ TEST(ClassicAlert, ReturnsTheResultOfThePressedButton)
     QApplication::setApplicationDisplayName(QStringLiteral("Tolvane"));
     auto alert = NSAlert::alertWithMessageText(QStringLiteral("Save?"), QStringLiteral("Save"),
         QStringLiteral("Cancel"), QStringLiteral("Don't Save"), QStringLiteral("Or not."));
-    AlertDriver driver;
-    driver.clickWhenShown(QStringLiteral("Don't Save"));
+    AlertDriver driver([](QMessageBox* box) {
+        for (QAbstractButton* button : box->buttons()) {
+            if (button->text() == QStringLiteral("Don't Save"))
+                return button->click();
+        }
+        ADD_FAILURE() << "no button Don't Save";
+        box->buttons().first()->click();
+    });
     EXPECT_EQ(alert->runModal(), NSAlertOtherReturn);
     EXPECT_EQ(driver.titlesLeftToRight, QStringList({ "Don't Save", "Cancel", "Save" }));
     EXPECT_EQ(driver.windowTitle, QStringLiteral("Tolvane"));
 
-    AlertDriver escape;
-    escape.pressWhenShown(Qt::Key_Escape);
+    AlertDriver escape([](QMessageBox* box) { QTest::keyClick(box, Qt::Key_Escape); });
     EXPECT_EQ(alert->runModal(), NSAlertAlternateReturn);
 }
 
