@@ -147,13 +147,19 @@ TEST_F(FeedOutcome, ServerThatNeverAnswersEndsAtTheTimeLimit)
 
 using BackgroundCheck = UpdaterFixture;
 
-// Every check, a failed one too, is noted as a date.
+// The schedule checks once the interval has passed, following the defaults as another process
+// writes them. Every check, a failed one too, is noted as a date.
 TEST_F(BackgroundCheck, ShowsAFoundUpdateButNothingElseAndNotesTheTime)
 {
     const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-1);
-    ASSERT_TRUE(check(false));
+    defaults->setObject(before.addDays(-2), "SULastCheckTime");
+    defaults->setBool(true, "SUEnableAutomaticChecks");
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return finishedChecks == 1; }, 60000))
+        << "no scheduled check";
     EXPECT_EQ(driver.calls, QStringList { "found" });
     EXPECT_FALSE(driver.found->userInitiated);
+    EXPECT_EQ(server.requests().size(), 1);
+    updater->setAutomaticallyChecksForUpdates(false);
     driver.calls.clear();
     updater->setHostVersion("2.0");
     ASSERT_TRUE(check(false));
@@ -190,16 +196,6 @@ TEST(ScheduleStart, NothingIsRequestedBeforeTheUpdaterStartsAndThenWithTheParame
     updater.startUpdater();
     ASSERT_TRUE(server.waitForRequests(1));
     EXPECT_EQ(server.requests()[0].requestLine, "GET /appcast.xml?type=RA HTTP/1.1");
-}
-
-TEST_F(Schedule, ChecksWhenTheIntervalHasPassedAndFollowsTheDefaultsFile)
-{
-    defaults->setObject(QDateTime::currentDateTimeUtc().addDays(-2), "SULastCheckTime");
-    // Written directly, as another process would.
-    defaults->setBool(true, "SUEnableAutomaticChecks");
-    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return finishedChecks == 1; }, 60000));
-    EXPECT_EQ(driver.calls, QStringList { "found" });
-    EXPECT_EQ(server.requests().size(), 1);
 }
 
 // A first start counts as a check: the first scheduled one comes a whole interval later.

@@ -128,20 +128,12 @@ QByteArray pack(const QList<Entry>& entries, Format format)
 QString fingerprint(const QString& folder)
 {
     QStringList lines;
-    QDirIterator it(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-        QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QFileInfo info(it.next());
-        QString line = QDir(folder).relativeFilePath(info.absoluteFilePath()) + ' '
-            + QString::number(int(info.permissions()), 16);
-        if (info.isSymLink())
-            line += " -> " + QString::fromUtf8(linkTarget(info.absoluteFilePath()));
-        else if (info.isFile())
-            line += ' '
-                + QCryptographicHash::hash(
-                    TestEnvironment::readFile(info.absoluteFilePath()), QCryptographicHash::Sha256)
-                      .toHex();
-        lines.append(line);
+    const QString parent = QFileInfo(folder).absolutePath() + '/';
+    for (const Entry& entry : entriesOf(folder)) {
+        const QFileInfo info(parent + QString::fromUtf8(entry.path));
+        lines.append(QString::fromUtf8(entry.path) + ' ' + QString::number(entry.kind) + ' '
+            + QString::number(int(info.permissions()), 16) + ' '
+            + QCryptographicHash::hash(entry.contents, QCryptographicHash::Sha256).toHex());
     }
     lines.sort();
     return lines.join('\n');

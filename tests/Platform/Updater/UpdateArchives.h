@@ -29,8 +29,8 @@ void makeBundle(const QString& path, const QString& identifier, const QString& v
 QList<Entry> entriesOf(const QString& folder);
 QByteArray pack(const QList<Entry>& entries, Format format);
 
-// A listing of everything under the folder with sizes, modes and link targets, to compare a
-// bundle before and after.
+// A listing of everything under the folder with kinds, modes, contents and link targets, to
+// compare a bundle before and after.
 QString fingerprint(const QString& folder);
 
 }
