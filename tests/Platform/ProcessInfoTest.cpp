@@ -5,13 +5,8 @@
 
 namespace {
 
-class SystemVersionOverride : public testing::Test {
-protected:
-    void TearDown() override { qunsetenv("TOLVANE_SYSTEM_VERSION"); }
-    static void setSystem(const char* release) { qputenv("TOLVANE_SYSTEM_VERSION", release); }
-};
-
-TEST_F(SystemVersionOverride, ReleaseNumbersAreTheLeadingNumbers)
+// Each test starts without the override (see TestEnvironment::setUp).
+TEST(SystemVersionOverride, ReleaseNumbersAreTheLeadingNumbers)
 {
     struct Case {
         const char* release;
@@ -19,7 +14,7 @@ TEST_F(SystemVersionOverride, ReleaseNumbersAreTheLeadingNumbers)
     };
     for (const Case& c : { Case { "6.1.0-18-amd64", 6, 1, 0 }, Case { "5", 5, 0, 0 },
              Case { "1.2.3.4", 1, 2, 3 }, Case { "10..3", 10, 0, 0 }, Case { "x1.2", 0, 0, 0 } }) {
-        setSystem(c.release);
+        qputenv("TOLVANE_SYSTEM_VERSION", c.release);
         const NSOperatingSystemVersion version
             = ProcessInfo::processInfo().operatingSystemVersion();
         EXPECT_EQ(version.majorVersion, c.major) << c.release;

@@ -36,19 +36,6 @@ Launch launch(const QStringList& arguments, const QString& workingFolder = QDir:
         QString::fromUtf8(probe.readAllStandardError()) };
 }
 
-// Records what reaches the primary instance.
-struct Received {
-    explicit Received(ApplicationInstance& instance)
-    {
-        QObject::connect(&instance, &ApplicationInstance::openRequested,
-            [this](const QStringList& uris) { opened.append(uris); });
-        QObject::connect(
-            &instance, &ApplicationInstance::activateRequested, [this] { ++activations; });
-    }
-    QList<QStringList> opened;
-    int activations = 0;
-};
-
 // Claimed once more by the primary, it stays primary; a later launch with arguments opens them
 // there, one without activates it.
 TEST(ApplicationInstance, ALaterLaunchForwardsItsFilesAndURLsOrActivates)
@@ -56,7 +43,11 @@ TEST(ApplicationInstance, ALaterLaunchForwardsItsFilesAndURLsOrActivates)
     ApplicationInstance primary(identifier);
     ASSERT_EQ(primary.claim({ "ignored.ai" }), ApplicationInstance::Role::Primary);
     EXPECT_EQ(primary.claim({ "a.ai" }), ApplicationInstance::Role::Primary);
-    Received received(primary);
+    QList<QStringList> opened;
+    int activations = 0;
+    QObject::connect(&primary, &ApplicationInstance::openRequested,
+        [&](const QStringList& uris) { opened.append(uris); });
+    QObject::connect(&primary, &ApplicationInstance::activateRequested, [&] { ++activations; });
     const QString folder = TestEnvironment::home() + QStringLiteral("/my documents");
     ASSERT_TRUE(QDir().mkpath(folder));
 
@@ -64,17 +55,17 @@ TEST(ApplicationInstance, ALaterLaunchForwardsItsFilesAndURLsOrActivates)
         = launch({ "a b.ai", "tolvane://settings/about", "/art/Grüße.eps", "sub/c.indd" }, folder);
 
     EXPECT_EQ(second.role, "Forwarded") << second.errors.toStdString();
-    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !received.opened.isEmpty(); }, 10000));
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return !opened.isEmpty(); }, 10000));
     const QString base = QStringLiteral("file://") + TestEnvironment::home() + "/my%20documents";
     const QStringList expected { base + "/a%20b.ai", "tolvane://settings/about",
         "file:///art/Gr%C3%BC%C3%9Fe.eps", base + "/sub/c.indd" };
-    EXPECT_EQ(received.opened, QList<QStringList> { expected });
-    EXPECT_EQ(received.activations, 0);
+    EXPECT_EQ(opened, QList<QStringList> { expected });
+    EXPECT_EQ(activations, 0);
 
     EXPECT_EQ(launch({}).role, "Forwarded");
-    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return received.activations > 0; }, 10000));
-    EXPECT_EQ(received.activations, 1);
-    EXPECT_EQ(received.opened.size(), 1);
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return activations > 0; }, 10000));
+    EXPECT_EQ(activations, 1);
+    EXPECT_EQ(opened.size(), 1);
 }
 
 TEST(ApplicationInstance, WithoutASessionBusTheLaunchHandlesItsArgumentsItself)

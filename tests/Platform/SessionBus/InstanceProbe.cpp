@@ -9,10 +9,8 @@
 
 int main(int argc, char** argv)
 {
-    if (argc < 2) {
-        std::fprintf(stderr, "usage: instance_probe IDENTIFIER [ARGUMENT...]\n");
+    if (argc < 2)
         return 2;
-    }
     const QString identifier = QString::fromLocal8Bit(argv[1]);
     QStringList arguments;
     for (int i = 2; i < argc; ++i)
@@ -24,17 +22,9 @@ int main(int argc, char** argv)
 
     QCoreApplication application(argc, argv);
     ApplicationInstance instance(identifier);
-    const char* role = "Alone";
-    switch (instance.claim(arguments)) {
-    case ApplicationInstance::Role::Primary:
-        role = "Primary";
-        break;
-    case ApplicationInstance::Role::Forwarded:
-        role = "Forwarded";
-        break;
-    case ApplicationInstance::Role::Alone:
-        break;
-    }
-    std::printf("%s\n", role);
+    using Role = ApplicationInstance::Role;
+    const Role role = instance.claim(arguments);
+    std::printf("%s\n",
+        role == Role::Primary ? "Primary" : (role == Role::Forwarded ? "Forwarded" : "Alone"));
     return 0;
 }

@@ -32,10 +32,9 @@ const QString imagePlugins = QStringLiteral("/imageformats/");
 int paintedPixels(const QImage& image)
 {
     int painted = 0;
-    for (int y = 0; y < image.height(); ++y) {
+    for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             painted += qAlpha(image.pixel(x, y)) > 0;
-    }
     return painted;
 }
 
@@ -43,10 +42,9 @@ int paintedPixels(const QImage& image)
 int differencesFromTransposed(const QImage& image, const QImage& other)
 {
     int differences = 0;
-    for (int y = 0; y < image.height(); ++y) {
+    for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             differences += qAbs(qAlpha(image.pixel(x, y)) - qAlpha(other.pixel(y, x))) > 64;
-    }
     return differences;
 }
 
@@ -114,14 +112,11 @@ TEST(PreviewStart, ACardLoadsNoGraphicsDriverAndAPageAfterwardsStillShowsSilentl
     EXPECT_EQ(
         TestEnvironment::mappedFiles(graphicsAndWeb + QStringList { imagePlugins }), QStringList());
     // The menu bar's extension arrows, drawn instead of read, point right and down.
-    const QImage right = QApplication::style()
-                             ->standardIcon(QStyle::SP_ToolBarHorizontalExtensionButton)
-                             .pixmap(16, 16)
-                             .toImage();
-    const QImage down = QApplication::style()
-                            ->standardIcon(QStyle::SP_ToolBarVerticalExtensionButton)
-                            .pixmap(16, 16)
-                            .toImage();
+    const auto arrow = [](QStyle::StandardPixmap which) {
+        return QApplication::style()->standardIcon(which).pixmap(16, 16).toImage();
+    };
+    const QImage right = arrow(QStyle::SP_ToolBarHorizontalExtensionButton);
+    const QImage down = arrow(QStyle::SP_ToolBarVerticalExtensionButton);
     EXPECT_GT(paintedPixels(right), 10);
     EXPECT_LT(paintedPixels(right), 16 * 16 / 3) << "the arrows are drawn on a clear picture";
     EXPECT_LT(differencesFromTransposed(down, right), 4);
