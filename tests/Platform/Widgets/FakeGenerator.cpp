@@ -16,9 +16,7 @@ QString install(const QString& library, const QString& name, const QStringList& 
 {
     const QString bundle
         = QDir(library).filePath(QStringLiteral("QuickLook/%1.qlgenerator").arg(name));
-    QVariantList typeList;
-    for (const QString& type : types)
-        typeList << type;
+    const QVariantList typeList(types.cbegin(), types.cend());
     QVariantMap info { { QStringLiteral("CFBundleExecutable"), name },
         { QStringLiteral("CFBundleDocumentTypes"),
             QVariantList { QVariantMap { { QStringLiteral("LSItemContentTypes"), typeList } } } } };

@@ -14,9 +14,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QSignalSpy>
-#include <QTemporaryFile>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 namespace {
 
@@ -47,34 +45,6 @@ int differencesFromTransposed(const QImage& image, const QImage& other)
             differences += qAbs(qAlpha(image.pixel(x, y)) - qAlpha(other.pixel(y, x))) > 64;
     return differences;
 }
-
-// What the process writes to its standard error while it lives, children included.
-class CapturedErrors {
-public:
-    CapturedErrors()
-    {
-        m_file.open();
-        std::fflush(stderr);
-        m_saved = dup(STDERR_FILENO);
-        dup2(m_file.handle(), STDERR_FILENO);
-    }
-    ~CapturedErrors() { restore(); }
-
-    QByteArray restore()
-    {
-        if (m_saved >= 0) {
-            std::fflush(stderr);
-            dup2(m_saved, STDERR_FILENO);
-            close(m_saved);
-            m_saved = -1;
-        }
-        return TestEnvironment::readFile(m_file.fileName());
-    }
-
-private:
-    QTemporaryFile m_file;
-    int m_saved = -1;
-};
 
 void show(PreviewView& view, const QString& file)
 {
@@ -122,11 +92,12 @@ TEST(PreviewStart, ACardLoadsNoGraphicsDriverAndAPageAfterwardsStillShowsSilentl
     EXPECT_LT(differencesFromTransposed(down, right), 4);
 
     // A file nobody here wrote (see tests/data/README.md), drawn into a web page.
-    CapturedErrors errors;
+    // What this process and its children write to the standard error meanwhile.
+    testing::internal::CaptureStderr();
     show(*view, TestEnvironment::dataPath(QStringLiteral("formats/samples/illustrator88.eps")));
     EXPECT_EQ(view->state(), PreviewView::State::WebPage) << view->reason().toStdString();
     EXPECT_FALSE(TestEnvironment::mappedFiles({ QStringLiteral("libQt6WebEngineCore") }).isEmpty());
-    EXPECT_EQ(errors.restore().toStdString(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 }
