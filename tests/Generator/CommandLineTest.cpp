@@ -31,22 +31,6 @@ QString copyToHome(const QString& source, const QString& name, qsizetype keepByt
     return path;
 }
 
-QString out() { return TestEnvironment::home() + QStringLiteral("/out"); }
-
-QString page(const QString& folder = out())
-{
-    return QString::fromUtf8(TestEnvironment::readFile(folder + QStringLiteral("/index.html")));
-}
-
-QStringList pictureLinks(const QString& html)
-{
-    QStringList links;
-    static const QRegularExpression source(QStringLiteral("<img src=\"([^\"]+)\""));
-    for (auto it = source.globalMatch(html); it.hasNext();)
-        links.append(it.next().captured(1));
-    return links;
-}
-
 // Each kind's page and thumbnail, written into their own files only: no temporary files, nothing
 // elsewhere in the home, not even the runtime folder Qt makes without XDG_RUNTIME_DIR.
 TEST(EachKind, WritesItsPageAndThumbnailAndNothingElse)
@@ -98,7 +82,10 @@ TEST(EachKind, WritesItsPageAndThumbnailAndNothingElse)
         EXPECT_TRUE(run.standardError.isEmpty()) << run.standardError.toStdString();
         const QString html = page(folder);
         EXPECT_TRUE(html.contains(QStringLiteral("<p class=\"kind\">%1</p>").arg(c.kindName)));
-        QStringList pictures = pictureLinks(html);
+        QStringList pictures;
+        static const QRegularExpression source(QStringLiteral("<img src=\"([^\"]+)\""));
+        for (auto it = source.globalMatch(html); it.hasNext();)
+            pictures.append(it.next().captured(1));
         ASSERT_EQ(pictures.size(), c.pages);
         for (const QString& picture : pictures) {
             EXPECT_TRUE(picture.endsWith(QLatin1StringView(c.pictureSuffix)));
@@ -140,9 +127,7 @@ TEST(PreviewPage, LinksExistingFilesAndDrawsArtboardsOnPaper)
         = copyToHome(generatorData("illustrator-like-5-pages.ai"), "Mes documents/poster.ai");
     TestEnvironment::writeFile(
         TestEnvironment::home() + "/documents/Mes documents/links/photo one.png", "png");
-    const Outcome run = runGenerator({ "preview", document, "--out", out() });
-    ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-    const QString html = page();
+    const QString html = previewPage(document);
     const QString escapedHome
         = QString::fromLatin1(QUrl::toPercentEncoding(TestEnvironment::home()));
     EXPECT_TRUE(html.contains(
@@ -219,8 +204,8 @@ TEST(FileArguments, NamesThatLookLikeOptionsOrAreNotUtf8AreFiles)
     EXPECT_TRUE(page().contains(QStringLiteral("<h1>Gr\uFFFD\uFFFDe.eps</h1>")));
 }
 
-// Each failure has its status and its words (runGenerator checks that they are one line) and
-// writes nothing.
+// Each failure has its status (runGenerator checks that its words start the one line) and writes
+// nothing.
 TEST(FailingRun, ExitsWithItsStatusAndWritesNothing)
 {
     const QString garbage = TestEnvironment::home() + QStringLiteral("/documents/notes.ai");
@@ -244,14 +229,9 @@ TEST(FailingRun, ExitsWithItsStatusAndWritesNothing)
         { { "preview", ai, "--verbose", "--out", out() }, 2 },
         { { "preview", TestEnvironment::home() + "/nowhere.ai", "--out", out() }, 1 },
     };
-    // The words the application shows, by status.
-    const char* const words[]
-        = { "", "failed: ", "usage: ", "not a file of this kind: ", "damaged file: " };
     for (const auto& [arguments, status] : cases) {
         SCOPED_TRACE(arguments.join(u' ').toStdString());
-        const Outcome run = runGenerator(arguments);
-        EXPECT_EQ(run.exitCode, status);
-        EXPECT_TRUE(run.standardError.startsWith(QLatin1StringView(words[status])));
+        EXPECT_EQ(runGenerator(arguments).exitCode, status);
         EXPECT_TRUE(filesBelow(out()).isEmpty());
     }
 }

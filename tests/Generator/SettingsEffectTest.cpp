@@ -2,7 +2,6 @@
 // Each setting of the preferences store changes the page the generator writes.
 #include "GeneratorProcess.h"
 #include "PropertyList.h"
-#include "TestEnvironment.h"
 #include "VistrelUtilities.h"
 
 #include <gtest/gtest.h>
@@ -16,14 +15,6 @@ void writePreferences(const QVariantMap& values)
     QString error;
     ASSERT_TRUE(PropertyList::writeXmlAtomically(values, VTPreferencesPath(), &error))
         << error.toStdString();
-}
-
-QString previewPage(const QString& file)
-{
-    const QString out = TestEnvironment::home() + QStringLiteral("/out");
-    const Outcome run = runGenerator({ "preview", file, "--out", out });
-    EXPECT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-    return QString::fromUtf8(TestEnvironment::readFile(out + QStringLiteral("/index.html")));
 }
 
 QString fivePages() { return generatorData("illustrator-like-5-pages.ai"); }
@@ -78,12 +69,6 @@ INSTANTIATE_TEST_SUITE_P(Settings, SettingEffect,
                 "<body class=\"background-none\">", "<div class=\"chips\">",
                 "<span>Warm Red &amp; &lt;Co&gt;</span>", FontsPanel },
             { "page-2.png", "swatch-list", "font-family:&#39;" } },
-        // Text is read as the preferences window reads it: "0.0" is false, "2abc" is 2 (grid).
-        EffectCase { "GridAndNoFontsFromText",
-            { { showFontsInPreview, QStringLiteral("0.0") },
-                { TLPreviewMode, QStringLiteral("2abc") } },
-            { "<main class=\"pages grid\">", "page-5.png" },
-            { FontsPanel, "<div class=\"spread\">" } },
         EffectCase { "ArtboardsSideBySide", { { TLPrefIllustratorSpreadMode, qint64(1) } },
             { "<div class=\"spread\">\n<figure><img src=\"page-1.png\" alt=\"Artboard 1\" "
               "style=\"width:816px\">"
