@@ -17,12 +17,11 @@ const QByteArray updateAnswer = "<plist version=\"1.0\"><dict>"
 
 class CheckUpdate : public testing::Test {
 protected:
-    Outcome run(const QStringList& arguments, const QString& host = {})
+    Outcome run(const QStringList& arguments)
     {
-        const QString authority = host.isEmpty() ? server.authority() : host;
         return runGenerator(QStringList { "check-update" } + arguments,
-            { .environment = [&](QProcessEnvironment& environment) {
-                environment.insert("TOLVANE_UPDATE_HOST", authority);
+            { .environment = [this](QProcessEnvironment& environment) {
+                environment.insert("TOLVANE_UPDATE_HOST", server.authority());
             } });
     }
 
@@ -48,16 +47,16 @@ TEST_F(CheckUpdate, AnAnswerPrintsItsKeysOrUpToDate)
     EXPECT_TRUE(server.requests().last().target.endsWith("&form=XML&ref=menu"));
 }
 
-// runGenerator checks that the failure is one line with the words of its status.
+// runGenerator checks that the failure is one line with the words of its status. A host that
+// does not resolve is no answer too (UpdateCheck shows that), the same branch here.
 TEST_F(CheckUpdate, NoAnswerIsOneLineAndStatusOne)
 {
     server.respond({ 404, updateAnswer, "application/xml" });
-    for (const QString& host : { server.authority(), QString("updates.unresolvable.invalid") }) {
-        const Outcome outcome = run({}, host);
-        EXPECT_EQ(outcome.exitCode, 1);
-        EXPECT_TRUE(outcome.standardOutput.isEmpty());
-        EXPECT_TRUE(outcome.standardError.contains(host)) << outcome.standardError.toStdString();
-    }
+    const Outcome outcome = run({});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.standardOutput.isEmpty());
+    EXPECT_TRUE(outcome.standardError.contains(server.authority()))
+        << outcome.standardError.toStdString();
     EXPECT_EQ(server.requests().size(), 1);
     EXPECT_EQ(run({ "--often" }).exitCode, 2);
 }
