@@ -5,10 +5,8 @@
 #include "TestEnvironment.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QImage>
 #include <QProcess>
-#include <QRegularExpression>
 #include <gtest/gtest.h>
 #include <tuple>
 

@@ -4,7 +4,7 @@
 #include "GeneratorProcess.h"
 #include "TestEnvironment.h"
 
-#include <QDir>
+#include <QFile>
 #include <gtest/gtest.h>
 
 using namespace GeneratorProcess;

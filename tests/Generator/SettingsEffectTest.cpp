@@ -10,13 +10,6 @@ using namespace GeneratorProcess;
 
 namespace {
 
-void writePreferences(const QVariantMap& values)
-{
-    QString error;
-    ASSERT_TRUE(PropertyList::writeXmlAtomically(values, VTPreferencesPath(), &error))
-        << error.toStdString();
-}
-
 QString fivePages() { return generatorData("illustrator-like-5-pages.ai"); }
 
 struct EffectCase {
@@ -32,7 +25,9 @@ class SettingEffect : public testing::TestWithParam<EffectCase> { };
 TEST_P(SettingEffect, ShowsInThePage)
 {
     const EffectCase& c = GetParam();
-    writePreferences(c.preferences);
+    QString error;
+    ASSERT_TRUE(PropertyList::writeXmlAtomically(c.preferences, VTPreferencesPath(), &error))
+        << error.toStdString();
     const QString html = previewPage(c.file);
     for (const QString& text : c.present)
         EXPECT_TRUE(html.contains(text)) << "missing: " << text.toStdString();

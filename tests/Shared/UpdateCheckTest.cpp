@@ -5,7 +5,6 @@
 #include "HttpTestServer.h"
 #include "PropertyList.h"
 #include "TestEnvironment.h"
-#include "VariantKinds.h"
 #include "VistrelAutoUpdate.h"
 #include "VistrelUtilities.h"
 

@@ -6,19 +6,16 @@
 
 namespace {
 
-void put16(QByteArray& out, std::uint16_t value)
+// Little-endian, as the ZIP format stores its numbers.
+template <typename T> void put(QByteArray& out, T value)
 {
-    char bytes[2];
+    char bytes[sizeof(T)];
     qToLittleEndian(value, bytes);
-    out.append(bytes, 2);
+    out.append(bytes, sizeof(T));
 }
 
-void put32(QByteArray& out, std::uint32_t value)
-{
-    char bytes[4];
-    qToLittleEndian(value, bytes);
-    out.append(bytes, 4);
-}
+void put16(QByteArray& out, std::uint16_t value) { put(out, value); }
+void put32(QByteArray& out, std::uint32_t value) { put(out, value); }
 
 // Raw deflate, no zlib header, as ZIP entries hold it.
 QByteArray rawDeflate(const QByteArray& contents)

@@ -46,7 +46,6 @@ TEST(IdmlPreview, pageThumbnailsFromTheMetadata)
         EXPECT_TRUE(page.encoded.startsWith("\xFF\xD8\xFF"));
         EXPECT_FALSE(page.picture().isNull());
     }
-    EXPECT_FALSE(content.notes.contains(NoPagePreviews));
     // The spreads hold four pages; the metadata has pictures of two of them.
     EXPECT_EQ(content.pageCount, 4);
     EXPECT_TRUE(
