@@ -68,10 +68,11 @@ QString page(const QString& folder)
     return QString::fromUtf8(TestEnvironment::readFile(folder + QStringLiteral("/index.html")));
 }
 
-QString previewPage(const QString& file, const QString& folder, const QStringList& options)
+QString previewPage(const QString& file, const QString& folder, const QStringList& arguments,
+    const RunOptions& options)
 {
-    const Outcome run
-        = runGenerator(QStringList { "preview" } + options + QStringList { file, "--out", folder });
+    const Outcome run = runGenerator(
+        QStringList { "preview" } + arguments + QStringList { file, "--out", folder }, options);
     EXPECT_EQ(run.exitCode, 0) << run.standardError.toStdString();
     return page(folder);
 }

@@ -34,8 +34,8 @@ Outcome runGenerator(const QStringList& arguments, const RunOptions& options = {
 // that must succeed (extra arguments such as "--uti" go before the file).
 QString out();
 QString page(const QString& folder = out());
-QString previewPage(
-    const QString& file, const QString& folder = out(), const QStringList& options = {});
+QString previewPage(const QString& file, const QString& folder = out(),
+    const QStringList& arguments = {}, const RunOptions& options = {});
 
 // A test file of tests/data/generator or tests/data/formats/samples.
 QString generatorData(const QString& name);

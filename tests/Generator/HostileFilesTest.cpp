@@ -34,8 +34,7 @@ QString hostileFile(const QString& writer, const QString& name)
 TEST(HostileFiles, HugePagesAreDrawnWithinThePixelBounds)
 {
     const QString file = hostileFile("huge-pages", "huge-pages.ai");
-    const Outcome run = runGenerator({ "preview", file, "--out", out() });
-    ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
+    previewPage(file);
     const QStringList pictures = QDir(out()).entryList({ "page-*.png" });
     ASSERT_EQ(pictures.size(), 8);
     for (const QString& picture : pictures) {
@@ -60,11 +59,8 @@ TEST(HostileCounts, AreReadInLinearTimeAndShownInCappedPanels)
     };
     for (const auto& [writer, file, shown] : cases) {
         SCOPED_TRACE(file.toStdString());
-        const QString folder = out() + u'-' + writer;
-        const Outcome run = runGenerator({ "preview", hostileFile(writer, file), "--out", folder },
+        const QString html = previewPage(hostileFile(writer, file), out() + u'-' + writer, {},
             { .cpuSeconds = ProcessorSeconds });
-        ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-        const QString html = page(folder);
         EXPECT_TRUE(html.contains(shown)) << html.size();
         // The page stays small enough to show, whatever the count.
         EXPECT_LT(html.size(), 2 * 1000 * 1000);
@@ -75,10 +71,8 @@ TEST(HostileCounts, AreReadInLinearTimeAndShownInCappedPanels)
 // the windows of the file that hold it; a package read whole says the limit.
 TEST(HostileFiles, FilesOfGigabytesShowTheirPreviewOrSayTheLimit)
 {
-    const QString eps = hostileFile("huge-eps", "huge.eps");
-    const Outcome shown = runGenerator({ "preview", eps, "--out", out() });
-    ASSERT_EQ(shown.exitCode, 0) << shown.standardError.toStdString();
-    EXPECT_TRUE(page().contains(QStringLiteral("alt=\"Embedded preview\"")));
+    EXPECT_TRUE(previewPage(hostileFile("huge-eps", "huge.eps"))
+                    .contains(QStringLiteral("alt=\"Embedded preview\"")));
     EXPECT_EQ(QImage(out() + "/page-1.png").size(), QSize(16, 2));
 
     const QString idml = hostileFile("huge-idml", "huge.idml");

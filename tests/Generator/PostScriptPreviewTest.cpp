@@ -64,8 +64,6 @@ TEST(PostScriptPreview, GhostscriptMayNotWriteFiles)
     const Outcome run
         = runGenerator({ "preview", writeEps(epsWith(drawing, false)), "--out", out() });
     EXPECT_EQ(run.exitCode, 4) << run.standardError.toStdString();
-    EXPECT_TRUE(
-        run.standardError.startsWith(QStringLiteral("damaged file: the PostScript does not draw")));
     EXPECT_FALSE(QFileInfo::exists(target));
 }
 
@@ -73,10 +71,7 @@ TEST(PostScriptPreview, GhostscriptMayNotWriteFiles)
 // no reason to fail a file that carries its own preview picture.
 TEST(PostScriptPreview, EmbeddedPreviewWhenGhostscriptRunsOutOfTime)
 {
-    const Outcome run = runGenerator(
-        { "preview", writeEps(epsWith("{ } loop")), "--out", out() }, { .cpuSeconds = 5 });
-    ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-    const QString html = page();
+    const QString html = previewPage(writeEps(epsWith("{ } loop")), out(), {}, { .cpuSeconds = 5 });
     EXPECT_TRUE(html.contains(QStringLiteral("alt=\"Embedded preview\"")));
     EXPECT_TRUE(html.contains(QStringLiteral("could not be drawn (Ghostscript stopped")))
         << html.toStdString();

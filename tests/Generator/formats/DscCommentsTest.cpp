@@ -93,11 +93,11 @@ TEST(DscLineEndings, readTheSameComments)
     }
 }
 
-static QByteArray binaryHeader(std::uint32_t psOffset, std::uint32_t psLength,
-    std::uint32_t tiffOffset = 0, std::uint32_t tiffLength = 0)
+// A binary header with a PostScript section and no others.
+static QByteArray binaryHeader(std::uint32_t psOffset, std::uint32_t psLength)
 {
     QByteArray header("\xC5\xD0\xD3\xC6", 4);
-    for (std::uint32_t value : { psOffset, psLength, 0u, 0u, tiffOffset, tiffLength }) {
+    for (std::uint32_t value : { psOffset, psLength, 0u, 0u, 0u, 0u }) {
         QByteArray field(4, '\0');
         qToLittleEndian(value, field.data());
         header += field;
