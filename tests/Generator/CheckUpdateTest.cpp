@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The generator's check-update command, run as a process against a server on 127.0.0.1.
+#include "GeneratorProcess.h"
 #include "HttpTestServer.h"
-#include "TestEnvironment.h"
 
-#include <QProcess>
 #include <gtest/gtest.h>
+
+using namespace GeneratorProcess;
 
 namespace {
 
@@ -14,27 +15,14 @@ const QByteArray updateAnswer = "<plist version=\"1.0\"><dict>"
                                 "<key>QXSoftwareUpdateDownloadURLKey</key>"
                                 "<string>https://tolvane.example/get</string></dict></plist>";
 
-struct Outcome {
-    int exitCode = -1;
-    QString standardOutput;
-    QString standardError;
-};
-
 class CheckUpdate : public testing::Test {
 protected:
-    // The server answers while the command runs, so the wait keeps the event loop going.
-    Outcome run(const QStringList& arguments, const QString& host = {})
+    Outcome run(const QStringList& arguments)
     {
-        QProcess process;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("TOLVANE_UPDATE_HOST", host.isEmpty() ? server.authority() : host);
-        process.setProcessEnvironment(environment);
-        process.start(
-            QStringLiteral(VISTREL_EXECUTABLE), QStringList { "check-update" } + arguments);
-        EXPECT_TRUE(TestEnvironment::waitUntil(
-            [&] { return process.state() == QProcess::NotRunning; }, 60000));
-        return { process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError()) };
+        return runGenerator(QStringList { "check-update" } + arguments,
+            { .environment = [this](QProcessEnvironment& environment) {
+                environment.insert("TOLVANE_UPDATE_HOST", server.authority());
+            } });
     }
 
     HttpTestServer server;
@@ -55,21 +43,20 @@ TEST_F(CheckUpdate, AnAnswerPrintsItsKeysOrUpToDate)
     server.respond({ 200, "<plist><dict/></plist>", "application/xml" });
     const Outcome upToDate = run({});
     EXPECT_EQ(upToDate.exitCode, 0);
-    EXPECT_TRUE(upToDate.standardOutput.contains("up to date"))
-        << upToDate.standardOutput.toStdString();
+    EXPECT_TRUE(upToDate.standardOutput.contains("up to date")) << upToDate.standardOutput.data();
     EXPECT_TRUE(server.requests().last().target.endsWith("&form=XML&ref=menu"));
 }
 
+// runGenerator checks that the failure is one line with the words of its status. A host that
+// does not resolve is no answer too (UpdateCheck shows that), the same branch here.
 TEST_F(CheckUpdate, NoAnswerIsOneLineAndStatusOne)
 {
     server.respond({ 404, updateAnswer, "application/xml" });
-    for (const QString& host : { server.authority(), QString("updates.unresolvable.invalid") }) {
-        const Outcome outcome = run({}, host);
-        EXPECT_EQ(outcome.exitCode, 1);
-        EXPECT_TRUE(outcome.standardOutput.isEmpty());
-        EXPECT_EQ(outcome.standardError.count('\n'), 1) << outcome.standardError.toStdString();
-        EXPECT_TRUE(outcome.standardError.contains(host)) << outcome.standardError.toStdString();
-    }
+    const Outcome outcome = run({});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_TRUE(outcome.standardOutput.isEmpty());
+    EXPECT_TRUE(outcome.standardError.contains(server.authority()))
+        << outcome.standardError.toStdString();
     EXPECT_EQ(server.requests().size(), 1);
     EXPECT_EQ(run({ "--often" }).exitCode, 2);
 }

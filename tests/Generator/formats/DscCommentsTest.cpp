@@ -11,13 +11,6 @@ using namespace Formats;
 
 namespace {
 
-DscDocument parsed(const QByteArray& bytes)
-{
-    const auto result = parseDscComments(bytes);
-    EXPECT_TRUE(result.ok()) << result.reason().toStdString();
-    return result.ok() ? result.value() : DscDocument();
-}
-
 // A document using most comments, written with "\n" and turned into each line ending.
 const QByteArray FullDocument = R"(%!PS-Adobe-3.0 EPSF-3.0
 %%Title: (Poster \(final\) \344)
@@ -66,49 +59,45 @@ showpage
 
 }
 
-class DscLineEndings : public testing::TestWithParam<const char*> { };
-
-TEST_P(DscLineEndings, readTheSameComments)
+TEST(DscLineEndings, readTheSameComments)
 {
-    QByteArray bytes = FullDocument;
-    bytes.replace("\n", GetParam());
-    const DscDocument document = parsed(bytes);
-    EXPECT_TRUE(document.encapsulated);
-    EXPECT_EQ(document.title, QStringLiteral("Poster (final) ä"));
-    EXPECT_EQ(document.creator, QStringLiteral("Layout 2.0"));
-    ASSERT_TRUE(document.boundingBox.has_value());
-    EXPECT_EQ(document.boundingBox->right, 300.5);
-    ASSERT_TRUE(document.usableBoundingBox().has_value());
-    EXPECT_EQ(document.usableBoundingBox()->left, 10);
-    EXPECT_EQ(document.pages, 2);
-    EXPECT_EQ(document.documentFonts,
-        (QStringList { "Helvetica", "Times-Roman", "Courier", "Palatino" }));
-    EXPECT_EQ(document.neededFonts, (QStringList { "Helvetica-Bold", "Minion Pro" }));
-    EXPECT_EQ(document.suppliedFonts, QStringList { "MyriadPro-Regular" });
+    for (const char* ending : { "\n", "\r", "\r\n" }) {
+        SCOPED_TRACE(QByteArray(ending).toHex().toStdString());
+        const auto result = parseDscComments(QByteArray(FullDocument).replace("\n", ending));
+        ASSERT_TRUE(result.ok()) << result.reason().toStdString();
+        const DscDocument& document = result.value();
+        EXPECT_TRUE(document.encapsulated);
+        EXPECT_EQ(document.title, QStringLiteral("Poster (final) ä"));
+        EXPECT_EQ(document.creator, QStringLiteral("Layout 2.0"));
+        ASSERT_TRUE(document.boundingBox.has_value());
+        EXPECT_EQ(document.boundingBox->right, 300.5);
+        ASSERT_TRUE(document.usableBoundingBox().has_value());
+        EXPECT_EQ(document.usableBoundingBox()->left, 10);
+        EXPECT_EQ(document.pages, 2);
+        EXPECT_EQ(document.documentFonts,
+            (QStringList { "Helvetica", "Times-Roman", "Courier", "Palatino" }));
+        EXPECT_EQ(document.neededFonts, (QStringList { "Helvetica-Bold", "Minion Pro" }));
+        EXPECT_EQ(document.suppliedFonts, QStringList { "MyriadPro-Regular" });
 
-    ASSERT_EQ(document.customColors.size(), 4u);
-    EXPECT_EQ(document.customColors[0].model, DscCustomColor::Model::Cmyk);
-    EXPECT_EQ(document.customColors[0].values, (std::vector<double> { 0, 0.91, 0.76, 0 }));
-    EXPECT_EQ(document.customColors[1].model, DscCustomColor::Model::Unspecified);
-    EXPECT_EQ(document.customColors[3].model, DscCustomColor::Model::Rgb);
-    EXPECT_EQ(document.customColors[3].values, (std::vector<double> { 0.5, 0.25, 1 }));
+        ASSERT_EQ(document.customColors.size(), 4u);
+        EXPECT_EQ(document.customColors[0].model, DscCustomColor::Model::Cmyk);
+        EXPECT_EQ(document.customColors[0].values, (std::vector<double> { 0, 0.91, 0.76, 0 }));
+        EXPECT_EQ(document.customColors[1].model, DscCustomColor::Model::Unspecified);
+        EXPECT_EQ(document.customColors[3].model, DscCustomColor::Model::Rgb);
+        EXPECT_EQ(document.customColors[3].values, (std::vector<double> { 0.5, 0.25, 1 }));
 
-    ASSERT_TRUE(document.preview.has_value());
-    EXPECT_EQ(document.preview->width, 8);
-    EXPECT_EQ(document.preview->data, QByteArray("\xFF\x00\x0F", 3));
-    EXPECT_EQ(document.nestedDocuments, 1);
+        ASSERT_TRUE(document.preview.has_value());
+        EXPECT_EQ(document.preview->width, 8);
+        EXPECT_EQ(document.preview->data, QByteArray("\xFF\x00\x0F", 3));
+        EXPECT_EQ(document.nestedDocuments, 1);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Endings, DscLineEndings, testing::Values("\n", "\r", "\r\n"),
-    [](const testing::TestParamInfo<const char*>& info) {
-        return std::string(info.param[0] == '\n' ? "LF" : info.param[1] ? "CRLF" : "CR");
-    });
-
-static QByteArray binaryHeader(std::uint32_t psOffset, std::uint32_t psLength,
-    std::uint32_t tiffOffset = 0, std::uint32_t tiffLength = 0)
+// A binary header with a PostScript section and no others.
+static QByteArray binaryHeader(std::uint32_t psOffset, std::uint32_t psLength)
 {
     QByteArray header("\xC5\xD0\xD3\xC6", 4);
-    for (std::uint32_t value : { psOffset, psLength, 0u, 0u, tiffOffset, tiffLength }) {
+    for (std::uint32_t value : { psOffset, psLength, 0u, 0u, 0u, 0u }) {
         QByteArray field(4, '\0');
         qToLittleEndian(value, field.data());
         header += field;

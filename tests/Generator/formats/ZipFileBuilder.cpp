@@ -6,29 +6,19 @@
 
 namespace {
 
-void put16(QByteArray& out, std::uint16_t value)
+// Little-endian, as the ZIP format stores its numbers.
+template <typename T> void put(QByteArray& out, T value)
 {
-    char bytes[2];
+    char bytes[sizeof(T)];
     qToLittleEndian(value, bytes);
-    out.append(bytes, 2);
+    out.append(bytes, sizeof(T));
 }
 
-void put32(QByteArray& out, std::uint32_t value)
-{
-    char bytes[4];
-    qToLittleEndian(value, bytes);
-    out.append(bytes, 4);
-}
+void put16(QByteArray& out, std::uint16_t value) { put(out, value); }
+void put32(QByteArray& out, std::uint32_t value) { put(out, value); }
 
-std::uint32_t crcOf(const QByteArray& contents)
-{
-    return std::uint32_t(
-        crc32(0, reinterpret_cast<const Bytef*>(contents.constData()), uInt(contents.size())));
-}
-
-}
-
-QByteArray ZipFileBuilder::deflate(const QByteArray& contents)
+// Raw deflate, no zlib header, as ZIP entries hold it.
+QByteArray rawDeflate(const QByteArray& contents)
 {
     z_stream stream {};
     deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, -MAX_WBITS, 9, Z_DEFAULT_STRATEGY);
@@ -43,17 +33,14 @@ QByteArray ZipFileBuilder::deflate(const QByteArray& contents)
     return out;
 }
 
-ZipFileBuilder& ZipFileBuilder::stored(const QString& name, const QByteArray& contents)
-{
-    m_entries.push_back(
-        { name.toUtf8(), 0, contents, crcOf(contents), std::uint32_t(contents.size()) });
-    return *this;
 }
 
 ZipFileBuilder& ZipFileBuilder::deflated(const QString& name, const QByteArray& contents)
 {
-    m_entries.push_back(
-        { name.toUtf8(), 8, deflate(contents), crcOf(contents), std::uint32_t(contents.size()) });
+    const auto crc
+        = crc32(0, reinterpret_cast<const Bytef*>(contents.constData()), uInt(contents.size()));
+    m_entries.push_back({ name.toUtf8(), rawDeflate(contents), std::uint32_t(crc),
+        std::uint32_t(contents.size()) });
     return *this;
 }
 
@@ -81,7 +68,7 @@ QByteArray ZipFileBuilder::bytes() const
                 put16(to, 20); // made by
             put16(to, 20); // needed
             put16(to, 0x0800); // UTF-8 names
-            put16(to, entry.method);
+            put16(to, 8); // deflated
             put32(to, 0); // time and date
             put32(to, entry.crc);
             put32(to, std::uint32_t(entry.data.size()));

@@ -6,10 +6,9 @@
 #include <cstdint>
 #include <vector>
 
-// Writes ZIP archives entry by entry, with the lies a damaged or hostile archive tells.
+// Writes ZIP archives of deflated entries, with the lies a damaged or hostile archive tells.
 class ZipFileBuilder {
 public:
-    ZipFileBuilder& stored(const QString& name, const QByteArray& contents);
     ZipFileBuilder& deflated(const QString& name, const QByteArray& contents);
     // The last entry declares another uncompressed size, or another CRC, than its data has.
     ZipFileBuilder& declareSize(std::uint32_t size);
@@ -17,12 +16,9 @@ public:
 
     QByteArray bytes() const;
 
-    static QByteArray deflate(const QByteArray& contents); // raw deflate, no zlib header
-
 private:
     struct Entry {
         QByteArray name;
-        std::uint16_t method;
         QByteArray data;
         std::uint32_t crc;
         std::uint32_t size;

@@ -46,7 +46,6 @@ TEST(IdmlPreview, pageThumbnailsFromTheMetadata)
         EXPECT_TRUE(page.encoded.startsWith("\xFF\xD8\xFF"));
         EXPECT_FALSE(page.picture().isNull());
     }
-    EXPECT_FALSE(content.notes.contains(NoPagePreviews));
     // The spreads hold four pages; the metadata has pictures of two of them.
     EXPECT_EQ(content.pageCount, 4);
     EXPECT_TRUE(
@@ -54,8 +53,10 @@ TEST(IdmlPreview, pageThumbnailsFromTheMetadata)
         << content.notes.join(u'|').toStdString();
     EXPECT_EQ(content.spreadMode, VTSpreadMode::Spreads); // the InDesign spread mode's default
 
+    VTPreviewSettings onePage;
+    onePage.maximumPages = 1;
     const PreviewContent firstOnly = contentOf(
-        samplePath(QStringLiteral("formats/samples/idml-4-pages-layers.idml")), withPageLimit(1));
+        samplePath(QStringLiteral("formats/samples/idml-4-pages-layers.idml")), onePage);
     EXPECT_EQ(firstOnly.pages.size(), 1u);
     EXPECT_EQ(firstOnly.pagesLeftOut, 1);
 }
@@ -65,7 +66,7 @@ TEST(IdmlPreview, pageThumbnailsFromTheMetadata)
 TEST(IdmlPreview, fontsColoursAndLinksFromTheXml)
 {
     const QString job = fileWith(QStringLiteral("job/article.idml"),
-        sample(QStringLiteral("kinds/idml-article-1photo.idml")));
+        TestEnvironment::readFile(samplePath(QStringLiteral("kinds/idml-article-1photo.idml"))));
     const PreviewContent content = contentOf(job);
     // Fonts.xml lists 26 fonts; the metadata only the 14 the text uses.
     ASSERT_EQ(content.fonts.size(), 26u);

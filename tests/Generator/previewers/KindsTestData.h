@@ -5,21 +5,12 @@
 #include "TestEnvironment.h"
 #include "VTPreviewSettings.h"
 
-#include <QByteArray>
-#include <QString>
 #include <gtest/gtest.h>
 
 // Sample files (origins in tests/data/README.md) and files the tests write into their home.
 namespace KindsTestData {
 
 inline QString samplePath(const QString& name) { return TestEnvironment::dataPath(name); }
-
-inline QByteArray sample(const QString& name)
-{
-    const QByteArray bytes = TestEnvironment::readFile(samplePath(name));
-    EXPECT_FALSE(bytes.isEmpty()) << "missing sample " << name.toStdString();
-    return bytes;
-}
 
 // Writes bytes to a file of that name in the test's home and gives its path.
 inline QString fileWith(const QString& name, const QByteArray& bytes)
@@ -36,13 +27,6 @@ inline Preview::PreviewContent contentAs(
     auto result = Preview::previewerForKind(kind)->preview(path, settings);
     EXPECT_TRUE(result.ok()) << result.reason().toStdString();
     return result.ok() ? std::move(result).value() : Preview::PreviewContent();
-}
-
-inline VTPreviewSettings withPageLimit(int pages)
-{
-    VTPreviewSettings settings;
-    settings.maximumPages = pages;
-    return settings;
 }
 
 }

@@ -4,6 +4,7 @@
 #include "KindsTestData.h"
 #include "PreviewerTable.h"
 
+#include <QHash>
 #include <QXmlStreamReader>
 #include <gtest/gtest.h>
 
@@ -28,36 +29,25 @@ const QByteArray Nested = AseFileBuilder()
                               .groupEnd()
                               .bytes();
 
-struct SvgText {
-    double x;
-    QString text;
-};
-
-std::vector<SvgText> textsOf(const QByteArray& svg, QStringList* fills = nullptr)
+// The texts of the SVG with the x of their first place, and the fills of its rectangles.
+QHash<QString, double> textsOf(const QByteArray& svg, QStringList& fills)
 {
-    std::vector<SvgText> texts;
+    QHash<QString, double> texts;
     QXmlStreamReader reader(svg);
     while (!reader.atEnd()) {
         if (reader.readNext() != QXmlStreamReader::StartElement)
             continue;
-        if (reader.name() == u"rect" && fills)
-            fills->append(reader.attributes().value(QLatin1String("fill")).toString());
+        if (reader.name() == u"rect")
+            fills.append(reader.attributes().value(QLatin1String("fill")).toString());
         if (reader.name() == u"text") {
             const double x = reader.attributes().value(QLatin1String("x")).toDouble();
-            texts.push_back({ x, reader.readElementText() });
+            const QString text = reader.readElementText();
+            if (!texts.contains(text))
+                texts.insert(text, x);
         }
     }
     EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
     return texts;
-}
-
-const SvgText* findText(const std::vector<SvgText>& texts, const QString& text)
-{
-    for (const SvgText& candidate : texts) {
-        if (candidate.text == text)
-            return &candidate;
-    }
-    return nullptr;
 }
 
 }
@@ -79,15 +69,13 @@ TEST(AseSheet, groupsNestedAndEmpty)
     EXPECT_TRUE(groups[2].swatches[0].global);
 
     QStringList fills;
-    const std::vector<SvgText> texts = textsOf(preview->pages[0].encoded, &fills);
+    const QHash<QString, double> texts = textsOf(preview->pages[0].encoded, fills);
     for (const char* text : { "nested.ase", "Not in a group", "Loose", "Brand", "Ink", "Accents",
              "Sky", "Empty & <odd>", "No swatches", "RGB", "CMYK · Spot", "LAB · Global",
              "R 255 G 128 B 0 · #FF8000" })
-        EXPECT_NE(findText(texts, QString::fromUtf8(text)), nullptr) << text;
+        EXPECT_TRUE(texts.contains(QString::fromUtf8(text))) << text;
     // The nested group stands indented under its parent.
-    ASSERT_NE(findText(texts, QStringLiteral("Accents")), nullptr);
-    EXPECT_GT(
-        findText(texts, QStringLiteral("Accents"))->x, findText(texts, QStringLiteral("Brand"))->x);
+    EXPECT_GT(texts.value(QStringLiteral("Accents")), texts.value(QStringLiteral("Brand")));
     EXPECT_TRUE(fills.contains(QStringLiteral("#ff8000")));
     EXPECT_TRUE(fills.contains(QStringLiteral("#ff0000")));
 }
