@@ -35,12 +35,9 @@ protected:
         copyBundle(bundle,
             { { "QXWelcomeScreenURL", server.url("/welcome/").toString() },
                 { "QXWelcomeScreenConnectionTestName", "localhost" } });
-        server.respond([this](const HttpTestServer::Request& request) {
-            if (request.target.startsWith("/welcome/next"))
-                return HttpTestServer::Response { 200, "<title>Next</title>" };
-            return HttpTestServer::Response { 200,
-                QByteArray(welcomePage).replace("PORT", QByteArray::number(server.port())) };
-        });
+        server.respondTo("/welcome/next", { 200, "<title>Next</title>" });
+        server.respond(
+            { 200, QByteArray(welcomePage).replace("PORT", QByteArray::number(server.port())) });
         updateServer.respond({ 200, "<plist><dict/></plist>", "application/xml" });
 
         // A settings program of the desktop, noting that it was asked for.
