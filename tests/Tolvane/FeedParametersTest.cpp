@@ -12,25 +12,34 @@
 
 namespace {
 
-// The menu's check asks the feed with the delegate's parameters, each escaped: the first language
-// goes in as it is stored, "&" and all. The test bundle has a name and a version but no "QXAppID".
-TEST(FeedParameters, ReachTheFeedEscapedWhenTheMenuChecksForUpdates)
+// The standard defaults take the desktop's languages when first used, so this sets them first.
+// Without any language the call aborts. The menu's check asks the feed with the delegate's
+// parameters: the first language goes in as it is stored, "&" and all. The test bundle has a name
+// and a version but no "QXAppID".
+TEST(FeedParameters, ComeFromTheDesktopAndTheDefaultsAndReachTheFeedWhenTheMenuChecks)
 {
+    qputenv("LANGUAGE", "fr_CA:de_DE");
     qputenv("TOLVANE_SYSTEM_VERSION", "10.13");
-    UserDefaults::standardUserDefaults().setObject(
-        QVariantList { "fr-CA&x=1", "en" }, "AppleLanguages");
+    UserDefaults& defaults = UserDefaults::standardUserDefaults();
+    defaults.removeObjectForKey("AppleLanguages");
+    TLAppDelegate delegate;
+    QMap<QString, QString> byName;
+    for (const QVariantMap& record : delegate.feedParametersForUpdater(nullptr, true))
+        byName.insert(record.value("key").toString(), record.value("value").toString());
+    EXPECT_EQ(byName.value("lang"), "fr-CA");
+    EXPECT_EQ(byName.value("profile"), "true");
+    defaults.setObject(QVariantList {}, "AppleLanguages");
+    EXPECT_THROW(delegate.feedParametersForUpdater(nullptr, false), NSException);
+
+    defaults.setObject(QVariantList { "fr-CA&x=1", "en" }, "AppleLanguages");
     HttpTestServer server;
     server.respond({ 404, {} });
     SUUpdater* updater = SUUpdater::sharedUpdater();
     updater->setFeedURL(server.url("/appcast.xml"));
     bool finished = false;
     QObject::connect(updater, &SUUpdater::updateCheckFinished, [&finished] { finished = true; });
-    {
-        TLAppDelegate delegate;
-        delegate.checkForUpdate();
-        ASSERT_TRUE(TestEnvironment::waitUntil([&] { return finished; }, 60000));
-        updater->setDelegate(nullptr);
-    }
+    delegate.checkForUpdate();
+    ASSERT_TRUE(TestEnvironment::waitUntil([&] { return finished; }, 60000));
     ASSERT_EQ(server.requests().size(), 1);
     QMap<QString, QString> query;
     const QUrl target(QString::fromLatin1(server.requests()[0].target));
@@ -45,28 +54,6 @@ TEST(FeedParameters, ReachTheFeedEscapedWhenTheMenuChecksForUpdates)
                     ? "64"
                     : "32" },
             { "lang", "fr-CA&x=1" }, { "profile", "false" } }));
-}
-
-// Without a language the call aborts.
-TEST(FeedParameters, AnEmptyLanguageListAbortsTheCall)
-{
-    UserDefaults::standardUserDefaults().setObject(QVariantList {}, "AppleLanguages");
-    TLAppDelegate delegate;
-    EXPECT_THROW(delegate.feedParametersForUpdater(nullptr, false), NSException);
-}
-
-// The standard defaults take the desktop's languages when first used, so this sets them first
-// (every test runs in a process of its own). Sending the system profile is said so.
-TEST(FeedParameters, LanguageComesFromTheDesktopWhenNotSet)
-{
-    qputenv("LANGUAGE", "fr_CA:de_DE");
-    UserDefaults::standardUserDefaults().removeObjectForKey("AppleLanguages");
-    TLAppDelegate delegate;
-    QMap<QString, QString> byName;
-    for (const QVariantMap& record : delegate.feedParametersForUpdater(nullptr, true))
-        byName.insert(record.value("key").toString(), record.value("value").toString());
-    EXPECT_EQ(byName.value("lang"), "fr-CA");
-    EXPECT_EQ(byName.value("profile"), "true");
 }
 
 }

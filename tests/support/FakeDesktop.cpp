@@ -59,16 +59,11 @@ bool FakeFileManager::waitForCall(int milliseconds)
 
 void FakeFileManager::ShowItems(const QStringList& uris, const QString& startupId)
 {
-    record(uris, startupId);
-}
-
-void FakeFileManager::ShowFolders(const QStringList& uris, const QString& startupId)
-{
-    record(uris, startupId);
-}
-
-void FakeFileManager::record(const QStringList& uris, const QString& startupId)
-{
     m_calls.append(uris);
     m_startupIds.append(startupId);
+}
+
+void FakeFileManager::ShowFolders(const QStringList& uris, const QString& id)
+{
+    ShowItems(uris, id);
 }

@@ -51,8 +51,6 @@ public slots:
     void ShowFolders(const QStringList& uris, const QString& startupId);
 
 private:
-    void record(const QStringList& uris, const QString& startupId);
-
     bool m_registered = false;
     QList<QStringList> m_calls;
     QStringList m_startupIds;

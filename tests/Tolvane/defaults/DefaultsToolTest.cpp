@@ -51,7 +51,9 @@ TEST(DefaultsTool, WritesEachKindReadsItBackAndDeletes)
     EXPECT_FALSE(QFile::exists(UserDefaults::pathForDomain(domain)));
 }
 
-TEST(DefaultsTool, BadValuesUnknownDomainsAndUsageErrorsSaySoInOneLineAndWriteNothing)
+// Bad values, bad domains and usage errors. The user's settings in a file the tool cannot read are
+// theirs: a write refuses and keeps it.
+TEST(DefaultsTool, RefusalsSaySoInOneLineAndWriteNothing)
 {
     for (const QStringList& arguments : { QStringList { "write", domain, "Key", "-int", "1.5" },
              QStringList { "write", domain, "Key", "-bool", "maybe" },
@@ -64,13 +66,9 @@ TEST(DefaultsTool, BadValuesUnknownDomainsAndUsageErrorsSaySoInOneLineAndWriteNo
         EXPECT_TRUE(result.out.isEmpty());
         EXPECT_EQ(result.err.count('\n'), 1) << result.err.toStdString();
     }
-    EXPECT_FALSE(QFile::exists(UserDefaults::pathForDomain(domain)));
-}
-
-// The user's settings in a file the tool cannot read are theirs: a write refuses and keeps it.
-TEST(DefaultsTool, AWriteLeavesAnUnreadableFileAsItIs)
-{
     const QString path = UserDefaults::pathForDomain(domain);
+    EXPECT_FALSE(QFile::exists(path));
+
     TestEnvironment::writeFile(path, "<plist><dict><key>UseLoupe</key>");
     const Result result = run({ "write", domain, "Key", "-int", "1" });
     EXPECT_EQ(result.status, 3);

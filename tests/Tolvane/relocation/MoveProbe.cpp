@@ -10,7 +10,6 @@
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QDialog>
 #include <QFile>
 #include <QKeyEvent>
 #include <QMessageBox>
@@ -25,8 +24,6 @@ void note(const QString& line)
     if (log.open(QIODevice::Append))
         log.write((line + u'\n').toUtf8());
 }
-
-QString answer() { return qEnvironmentVariable("MOVE_PROBE_ANSWER"); }
 
 void noteAlert(QMessageBox* box)
 {
@@ -47,19 +44,12 @@ void noteAlert(QMessageBox* box)
 // The question is the alert with the check box.
 void answerAlert(QMessageBox* box)
 {
-    if (!box->checkBox() || answer() == u"move")
+    const QString answer = qEnvironmentVariable("MOVE_PROBE_ANSWER");
+    if (!box->checkBox() || answer == u"move")
         return box->defaultButton()->click();
-    box->checkBox()->setChecked(answer() == u"stay-for-good");
+    box->checkBox()->setChecked(answer == u"stay-for-good");
     QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
     QCoreApplication::sendEvent(box, &escape);
-}
-
-void closeWindow(QWidget* widget)
-{
-    if (auto* dialog = qobject_cast<QDialog*>(widget))
-        dialog->reject();
-    else if (widget)
-        widget->close();
 }
 
 class Hand : public QObject {
@@ -79,8 +69,9 @@ protected:
         } else {
             note(
                 QStringLiteral("window ") + QString::fromLatin1(widget->metaObject()->className()));
+            // A dialog's close rejects it; the call is dropped if the window is gone first.
             QMetaObject::invokeMethod(
-                widget, [widget = QPointer(widget)] { closeWindow(widget); }, Qt::QueuedConnection);
+                widget, [widget] { widget->close(); }, Qt::QueuedConnection);
         }
         return false;
     }

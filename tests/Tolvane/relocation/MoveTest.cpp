@@ -22,11 +22,6 @@ const QString downloadsNote = QStringLiteral(" This will keep your Downloads fol
 // Whatever windows a launch shows once it goes on (an open panel, a welcome panel).
 const QString wentOn = QStringLiteral("went on");
 
-bool runs(const QStringList& command)
-{
-    return QProcess::execute(command.first(), command.mid(1)) == 0;
-}
-
 class Move : public testing::Test {
 protected:
     void SetUp() override
@@ -41,13 +36,14 @@ protected:
     static void copyApplicationTo(const QString& bundle)
     {
         QDir().mkpath(QFileInfo(bundle).absolutePath());
-        ASSERT_TRUE(runs({ "cp", "-R", MOVE_PROBE_BUNDLE, bundle }));
-        ASSERT_TRUE(runs({ "cp", "-R", TOLVANE_APP_RESOURCES, bundle + "/Contents" }));
+        ASSERT_EQ(QProcess::execute("cp", { "-R", MOVE_PROBE_BUNDLE, bundle }), 0);
+        ASSERT_EQ(
+            QProcess::execute("cp", { "-R", TOLVANE_APP_RESOURCES, bundle + "/Contents" }), 0);
     }
 
-    // Runs the copy (or a wrapper that runs it) with the answer to give, until it ends; the
-    // standard error output so far. That goes to a file, which the copies it starts inherit.
-    QString run(const QString& bundle, const QString& answer, const QStringList& wrapper = {})
+    // Runs the copy (or a wrapper that runs it) with the answer to give, until it ends. Its
+    // standard error output goes to a file, which the copies it starts inherit.
+    void run(const QString& bundle, const QString& answer, const QStringList& wrapper = {})
     {
         QProcess process;
         process.setStandardErrorFile(errorsPath, QIODevice::Append);
@@ -60,7 +56,6 @@ protected:
         process.start(command.first(), command.mid(1));
         EXPECT_TRUE(process.waitForFinished(120000));
         EXPECT_EQ(process.exitCode(), 0);
-        return QString::fromUtf8(TestEnvironment::readFile(errorsPath));
     }
 
     // The log with the windows of a launch that went on as one line.
@@ -103,7 +98,6 @@ TEST_F(Move, AFirstStartFromDownloadsMovesTrashesTheOldCopyAndStartsTheNewOne)
     EXPECT_EQ(lines(),
         (QStringList { "start " + bundle, questionAlert.arg(downloadsNote), "start " + installed,
             wentOn, "end" }));
-    EXPECT_TRUE(QFileInfo(installed + "/Contents/Linux/Tolvane").isExecutable());
     EXPECT_FALSE(QFileInfo::exists(bundle));
     EXPECT_TRUE(TestEnvironment::readFile(home + "/.local/share/Trash/info/Tolvane.app.trashinfo")
                     .contains("Path=" + QFile::encodeName(bundle)));
@@ -131,7 +125,7 @@ TEST_F(Move, APrivilegedMoveOfANameWithQuotesDollarsAndANewlineRunsNothing)
 {
     QStringList wrapper;
     if (geteuid() == 0) {
-        if (!runs({ "unshare", "--user", "true" }))
+        if (QProcess::execute("unshare", { "--user", "true" }) != 0)
             GTEST_SKIP() << "as root, only a user namespace keeps out of a folder";
         wrapper = { "unshare", "--user" };
     }

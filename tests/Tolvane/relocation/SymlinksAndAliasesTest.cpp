@@ -51,11 +51,9 @@ TEST_F(SymlinkTree, FollowsLinksAlongThePathAndStandardizesTheRest)
     EXPECT_EQ(stringByIterativelyResolvingSymlinkOrAlias(path("one")), path("outer/inner"));
     EXPECT_EQ(stringByResolvingSymlinksAndAliases(path("one")), path("outer/inner"));
 
-    // What is neither link nor alias (there are no aliases on this system) is left alone.
+    // What is no link is left alone.
     EXPECT_TRUE(stringByConditionallyResolvingSymlink(path("real")).isNull());
     EXPECT_EQ(stringByResolvingSymlink(path("real")), path("real"));
-    EXPECT_TRUE(stringByConditionallyResolvingAlias(path("real")).isNull());
-    EXPECT_EQ(stringByResolvingAlias(path("real")), path("real"));
 }
 
 TEST_F(SymlinkTree, MissingDanglingAndCyclicPathsAnswerNothing)
