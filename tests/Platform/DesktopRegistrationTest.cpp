@@ -9,7 +9,6 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QMap>
-#include <QProcess>
 #include <gtest/gtest.h>
 
 namespace {
@@ -51,12 +50,8 @@ QMap<QString, QByteArray> dataFolder()
 // Runs a tool of the desktop: what it printed when it failed, nothing when it succeeded.
 QString run(const QString& program, const QStringList& arguments)
 {
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, arguments);
-    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
-        return program + " did not run: " + process.errorString();
-    return process.exitCode() == 0 ? QString() : QString::fromUtf8(process.readAll());
+    const TestEnvironment::ProgramRun ran = TestEnvironment::run(program, arguments);
+    return ran.status == 0 ? QString() : program + " failed: " + ran.output;
 }
 
 // What the desktop reads: desktop-file-validate accepts the entry and GIO starts the program

@@ -4,29 +4,11 @@
 
 #include <QDir>
 #include <QDirIterator>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <gtest/gtest.h>
 
 namespace {
 
-struct Result {
-    int status = -1;
-    QString output;
-};
-
-Result run(const QString& program, const QStringList& arguments,
-    const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
-{
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, arguments);
-    if (!process.waitForFinished(240000))
-        return {};
-    return { process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-        QString::fromUtf8(process.readAll()) };
-}
+using TestEnvironment::run;
 
 // Every path under the folder, links not followed.
 QStringList pathsUnder(const QString& root)
@@ -43,7 +25,7 @@ QStringList pathsUnder(const QString& root)
 TEST(DebianPackage, HoldsWhatTheInstallationInstallsWithItsDependenciesAndPassesLintian)
 {
     const QString work = TestEnvironment::home() + "/package";
-    const Result packed = run(
+    const TestEnvironment::ProgramRun packed = run(
         "cpack", { "-G", "DEB", "--config", TOLVANE_BUILD_DIR "/CPackConfig.cmake", "-B", work });
     ASSERT_EQ(packed.status, 0) << packed.output.toStdString();
     const QString architecture = run("dpkg", { "--print-architecture" }).output.trimmed();
@@ -72,7 +54,7 @@ TEST(DebianPackage, HoldsWhatTheInstallationInstallsWithItsDependenciesAndPasses
              QString("usr/share/doc/tolvane/copyright") })
         EXPECT_TRUE(paths.contains(path)) << path.toStdString();
 
-    const Result lint = run("lintian", { "--fail-on", "error", deb });
+    const TestEnvironment::ProgramRun lint = run("lintian", { "--fail-on", "error", deb });
     EXPECT_EQ(lint.status, 0) << lint.output.toStdString();
 }
 

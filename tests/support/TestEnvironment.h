@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
@@ -37,6 +38,15 @@ void suppressMoveToApplicationsOffer();
 // Runs the event loop, deferred deletions included, until the condition holds; false when the time
 // is up first. Works with and without a QApplication.
 bool waitUntil(const std::function<bool()>& condition, int milliseconds);
+
+// What a program did: its exit status (-1 when it did not start, crashed or ran for more than
+// four minutes) and all it printed, both channels together.
+struct ProgramRun {
+    int status = -1;
+    QString output;
+};
+ProgramRun run(const QString& program, const QStringList& arguments,
+    const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment());
 
 }
 
